@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoroTask>
+#include <QObject>
+#include <QString>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "app/model/surroundings.h"
+#include "core/live/load_generations.h"
+#include "core/wire/catalogue.h"
+#include "core/wire/pairing.h"
+#include "core/wire/request.h"
+#include "core/wire/session.h"
+#include "core/wire/transcript.h"
+#include "core/wire/usage.h"
+
+namespace varnel::client {
+class APIClient;
+class ClientError;
+class EventStream;
+}  // namespace varnel::client
+
+namespace varnel::live {
+struct SessionUpdate;
+}
+
+namespace varnel::model {
+
+template <class Value>
+using BySession = std::map<std::string, Value, std::less<>>;
+
+/// The one object that owns what the application knows of its bridge. It lives on the main thread, where all its
+/// operations run and suspend; there is exactly one, made by the composition root and handed to every screen.
+///
+/// Screens read the published fields, hear of each change by its signal, and change state by the verbs alone. No verb
+/// fails to its caller: refreshing, loading and the live loop are silent, the others show a failure in `errorMessage`.
+/// Destroying the model stops all it has under way; nothing touches it afterwards.
+class AppModel : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(bool paired READ isPaired NOTIFY credentialsChanged)
+  Q_PROPERTY(bool connected READ isConnected NOTIFY connectedChanged)
+  Q_PROPERTY(bool tokenRefused READ isTokenRefused NOTIFY tokenRefusedChanged)
+  Q_PROPERTY(bool hasErrorMessage READ hasErrorMessage NOTIFY errorMessageChanged)
+  Q_PROPERTY(QString errorMessage READ errorText NOTIFY errorMessageChanged)
+
+ public:
+  /// Loads the pairing from the store and makes the client with it; does not contact the bridge.
+  explicit AppModel(Surroundings surroundings, QObject* parent = nullptr);
+  ~AppModel() override;
+
+  // ---- Published fields -------------------------------------------------------------------------------------------
+
+  /// The pairing in force; absent means that the application is not paired.
+  [[nodiscard]] const std::optional<wire::PairingCredentials>& credentials() const { return m_credentials; }
+  [[nodiscard]] bool isPaired() const { return m_credentials.has_value(); }
+  /// The conversations as the bridge last listed them, in its order.
+  [[nodiscard]] const std::vector<wire::SessionSummary>& sessions() const { return m_sessions; }
+  /// The conversation of that id, or null; valid until the next change of `sessions`.
+  [[nodiscard]] const wire::SessionSummary* session(std::string_view id) const;
+  [[nodiscard]] const std::vector<wire::ProjectRecord>& projects() const { return m_projects; }
+  [[nodiscard]] const std::vector<wire::ModelOption>& models() const { return m_models; }
+  [[nodiscard]] const std::optional<wire::RateLimitWindow>& rateLimit() const { return m_rateLimit; }
+  [[nodiscard]] const std::optional<wire::UsageEnvelope>& usage() const { return m_usage; }
+  /// Empty for a conversation that was not loaded yet; `isLoaded` tells the two apart. Sent messages that the bridge
+  /// has not echoed stand at the end.
+  [[nodiscard]] const std::vector<wire::TranscriptItem>& transcript(std::string_view sessionId) const;
+  [[nodiscard]] bool isLoaded(std::string_view sessionId) const { return m_pendingRequests.contains(sessionId); }
+  /// Approvals and questions, resolved ones included for as long as the bridge names them.
+  [[nodiscard]] const std::vector<wire::PendingRequest>& pendingRequests(std::string_view sessionId) const;
+  /// What the user last sent this conversation with; nothing before that.
+  [[nodiscard]] std::optional<wire::ConversationPreferences> preferences(std::string_view sessionId) const;
+  /// The event stream is open, or the last full refresh succeeded.
+  [[nodiscard]] bool isConnected() const { return m_connected; }
+  /// The bridge refuses this device's token; it stays so until an answer shows otherwise or the pairing changes.
+  [[nodiscard]] bool isTokenRefused() const { return m_tokenRefused; }
+  /// When the bridge was last heard from, in seconds since 1970.
+  [[nodiscard]] std::optional<double> lastContact() const { return m_lastContact; }
+  [[nodiscard]] const std::optional<std::string>& selectedSessionId() const { return m_selectedSessionId; }
+  /// The text of the last failure that was reported and not yet dismissed.
+  [[nodiscard]] const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+  [[nodiscard]] bool hasErrorMessage() const { return m_errorMessage.has_value(); }
+  [[nodiscard]] QString errorText() const { return m_errorMessage.value_or(QString()); }
+
+  /// Highest number of an event seen in this run; outlives an unpairing.
+  [[nodiscard]] std::int64_t lastSequence() const { return m_lastSequence; }
+  [[nodiscard]] bool isStarted() const { return m_started; }
+
+  // ---- Verbs ------------------------------------------------------------------------------------------------------
+
+  /// Opens the live connection and refreshes everything; does nothing while started or while not paired.
+  void start();
+  /// Closes the live connection. What was loaded stays.
+  void stop();
+  /// Re-reads conversations, projects and models; the rate limit beside them, not waited for, when asked to.
+  QCoro::Task<> refresh(bool includeRateLimit);
+  QCoro::Task<> refreshRateLimit();
+  /// Brings one conversation up to date. Of several loads under way only the one begun last may store its answer.
+  QCoro::Task<> loadSession(std::string sessionId);
+  /// Sends a message, shown at once, or starts a goal; white space around the text is dropped. True when the bridge
+  /// took it, false when the text is blank or the failure has been reported.
+  QCoro::Task<bool> sendMessage(std::string sessionId, std::string text, wire::ConversationPreferences preferences,
+                                std::vector<wire::UploadedAttachment> attachments, bool asGoal);
+  /// Claims the pairing that a scanned or pasted code stands for, stores it and starts.
+  QCoro::Task<> pair(QString qrText);
+  /// Forgets the pairing, here and in the store, and everything that came with it; the bridge need not answer.
+  Q_INVOKABLE void unpair();
+  /// Shows a failure to the user; a cancellation is none.
+  void report(const client::ClientError& error);
+  void report(const QString& text);
+  Q_INVOKABLE void clearErrorMessage();
+  void selectSession(std::optional<std::string> sessionId);
+
+  /// For what concerns one conversation and no shared state: interrupt, resolve, upload, settings, pin, create. Call
+  /// `loadSession` or `refresh` afterwards and hand failures to `report`.
+  [[nodiscard]] client::APIClient& client() { return *m_client; }
+
+ signals:
+  void credentialsChanged();
+  void sessionsChanged();
+  void projectsChanged();
+  void modelsChanged();
+  void rateLimitChanged();
+  void usageChanged();
+  void transcriptChanged(const std::string& sessionId);
+  void pendingRequestsChanged(const std::string& sessionId);
+  void preferencesChanged(const std::string& sessionId);
+  void connectedChanged();
+  void tokenRefusedChanged();
+  void lastContactChanged();
+  void selectedSessionIdChanged();
+  void errorMessageChanged();
+
+ private:
+  // The live loop (live_loop.cpp). The token is that of the start that began it.
+  QCoro::Task<> connectLoop(std::stop_token stop);
+  QCoro::Task<bool> follow(std::shared_ptr<client::EventStream> stream, std::stop_token stop);
+
+  QCoro::Task<> refreshLists(std::stop_token stop);
+  QCoro::Task<> load(std::string sessionId, std::stop_token stop);
+  void store(const std::string& sessionId, live::SessionUpdate update);
+  void removeOptimistic(const std::string& sessionId, const std::string& itemId);
+
+  void touchContact();
+  void setConnected(bool connected);
+  void setTokenRefused(bool refused);
+
+  Surroundings m_surroundings;
+  std::unique_ptr<client::APIClient> m_client;
+  std::stop_source m_lifetime;    ///< stopped by the destructor
+  std::stop_source m_streamTask;  ///< stopped by `stop` and by the destructor
+  bool m_started = false;
+  std::int64_t m_lastSequence = 0;
+  BySession<std::vector<wire::TranscriptItem>> m_optimisticMessages;
+  live::LoadGenerations m_loadGenerations;
+
+  std::optional<wire::PairingCredentials> m_credentials;
+  std::vector<wire::SessionSummary> m_sessions;
+  std::vector<wire::ProjectRecord> m_projects;
+  std::vector<wire::ModelOption> m_models;
+  std::optional<wire::RateLimitWindow> m_rateLimit;
+  std::optional<wire::UsageEnvelope> m_usage;
+  BySession<std::vector<wire::TranscriptItem>> m_transcript;
+  BySession<std::vector<wire::PendingRequest>> m_pendingRequests;
+  BySession<wire::ConversationPreferences> m_sessionPreferences;
+  bool m_connected = false;
+  bool m_tokenRefused = false;
+  std::optional<double> m_lastContact;
+  std::optional<std::string> m_selectedSessionId;
+  std::optional<QString> m_errorMessage;
+};
+
+}  // namespace varnel::model
