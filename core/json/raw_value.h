@@ -19,12 +19,13 @@ class RawValue {
  public:
   /// The JSON value null.
   RawValue() = default;
+  /// What JSON cannot hold (a number that is not finite, text that is not UTF-8) makes it null.
   RawValue(const JSONValue& value);
 
   /// Fails unless the whole text is exactly one JSON value.
   static std::expected<RawValue, DecodeError> parse(std::string text);
-  /// Takes a text that a reader has checked already, white space around it removed.
-  static RawValue fromChecked(std::string_view text);
+  /// Takes a text that a reader has found to be exactly one value.
+  static RawValue adopt(std::string checkedText);
 
   /// Unfolds the text; costs one pass over it at each call.
   [[nodiscard]] JSONValue value() const;

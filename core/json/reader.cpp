@@ -1,0 +1,455 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include "core/json/reader.h"
+
+#include <simdjson.h>
+
+#include <array>
+#include <bitset>
+#include <charconv>
+#include <string>
+
+#include "core/json/number.h"
+#include "core/json/string_scan.h"
+
+namespace varnel::json {
+
+namespace {
+
+using detail::skipPlain;
+
+bool isSpace(char c) {
+  return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+constexpr std::string_view describe(Kind kind) {
+  constexpr std::array<std::string_view, 6> kNames = {"null",     "a boolean", "a number",
+                                                      "a string", "an object", "an array"};
+  return kNames[static_cast<std::size_t>(kind)];
+}
+
+/// Four hexadecimal digits, or -1.
+int hexQuad(const char* p, const char* end) {
+  if (end - p < 4) return -1;
+  unsigned value = 0;
+  const auto [last, fault] = std::from_chars(p, p + 4, value, 16);
+  return last == p + 4 ? static_cast<int>(value) : -1;
+}
+
+void appendUtf8(std::string& out, unsigned code) {
+  const auto put = [&out](unsigned byte) { out.push_back(static_cast<char>(byte)); };
+  if (code < 0x80) {
+    put(code);
+  } else if (code < 0x800) {
+    put(0xC0 | (code >> 6));
+    put(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    put(0xE0 | (code >> 12));
+    put(0x80 | ((code >> 6) & 0x3F));
+    put(0x80 | (code & 0x3F));
+  } else {
+    put(0xF0 | (code >> 18));
+    put(0x80 | ((code >> 12) & 0x3F));
+    put(0x80 | ((code >> 6) & 0x3F));
+    put(0x80 | (code & 0x3F));
+  }
+}
+
+/// What `\n` and its like stand for, or 0 when the letter is none of them.
+char simpleEscape(char letter) {
+  switch (letter) {
+    case '"':
+    case '\\':
+    case '/':
+      return letter;
+    case 'b':
+      return '\b';
+    case 'f':
+      return '\f';
+    case 'n':
+      return '\n';
+    case 'r':
+      return '\r';
+    case 't':
+      return '\t';
+    default:
+      return 0;
+  }
+}
+
+struct Escape {
+  unsigned code = 0;  ///< the character it stands for
+  int length = 0;     ///< bytes of the text, the backslash included; 0 when it is none
+  bool lone = false;  ///< half of a surrogate pair without the other
+};
+
+/// The escape that begins at the backslash `p`.
+Escape readEscape(const char* p, const char* end) {
+  if (end - p < 2) return {};
+  if (p[1] != 'u') {
+    const char c = simpleEscape(p[1]);
+    return c == 0 ? Escape{} : Escape{.code = static_cast<unsigned char>(c), .length = 2};
+  }
+  const int first = hexQuad(p + 2, end);
+  if (first < 0) return {};
+  if (first < 0xD800 || first > 0xDFFF) return {.code = static_cast<unsigned>(first), .length = 6};
+  if (first > 0xDBFF || end - p < 12 || p[6] != '\\' || p[7] != 'u') return {.lone = true};
+  const int second = hexQuad(p + 8, end);
+  if (second < 0xDC00 || second > 0xDFFF) return {.lone = true};
+  return {
+      .code = 0x10000U + ((static_cast<unsigned>(first) - 0xD800U) << 10) + (static_cast<unsigned>(second) - 0xDC00U),
+      .length = 12};
+}
+
+}  // namespace
+
+struct Reader::NumberToken {
+  std::string_view text;
+  bool plainInteger = false;  ///< digits alone, few enough for 64 bits
+  bool small = false;         ///< short and without an exponent, so that every double holds it
+};
+
+Reader::Reader(std::string_view text) : m_begin(text.data()), m_position(m_begin), m_end(m_begin + text.size()) {
+  if (!simdjson::validate_utf8(text.data(), text.size())) fail("not UTF-8");
+}
+
+bool Reader::fail(std::string reason) {
+  if (!m_failed) m_error = {.path = {}, .reason = std::move(reason)};
+  m_failed = true;
+  return false;
+}
+
+void Reader::rewind(const Mark& mark) {
+  m_position = mark.position;
+  m_depth = mark.depth;
+  m_first = mark.first;
+  m_failed = false;
+}
+
+void Reader::skipSpace() {
+  while (m_position != m_end && isSpace(*m_position)) ++m_position;
+}
+
+bool Reader::unexpected() {
+  const std::string at = " at byte " + std::to_string(m_position - m_begin);
+  if (m_position == m_end) return fail("unexpected end of text" + at);
+  return fail("unexpected " + excerpt({m_position, std::min(m_end, m_position + 1)}) + at);
+}
+
+bool Reader::peek(Kind& kind) {
+  skipSpace();
+  if (m_failed) return false;
+  if (m_position == m_end) return unexpected();
+  switch (*m_position) {
+    case '{':
+      kind = Kind::Object;
+      return true;
+    case '[':
+      kind = Kind::Array;
+      return true;
+    case '"':
+      kind = Kind::String;
+      return true;
+    case 't':
+    case 'f':
+      kind = Kind::Bool;
+      return true;
+    case 'n':
+      kind = Kind::Null;
+      return true;
+    default:
+      if (*m_position != '-' && !isDigit(*m_position)) return unexpected();
+      kind = Kind::Number;
+      return true;
+  }
+}
+
+bool Reader::mismatch(std::string_view wanted) {
+  Kind found{};
+  if (!peek(found)) return false;
+  return fail("expected " + std::string(wanted) + ", found " + std::string(describe(found)));
+}
+
+bool Reader::expect(Kind wanted, char opening) {
+  skipSpace();
+  if (m_failed) return false;
+  if (m_position == m_end || *m_position != opening) return mismatch(describe(wanted));
+  return true;
+}
+
+bool Reader::literal(std::string_view word) {
+  if (std::string_view(m_position, m_end).starts_with(word)) {
+    m_position += word.size();
+    return true;
+  }
+  return unexpected();
+}
+
+bool Reader::readNull() {
+  return expect(Kind::Null, 'n') && literal("null");
+}
+
+bool Reader::readBool(bool& out) {
+  skipSpace();
+  if (m_failed) return false;
+  out = m_position != m_end && *m_position == 't';
+  if (out) return literal("true");
+  return expect(Kind::Bool, 'f') && literal("false");
+}
+
+bool Reader::scanNumber(NumberToken& token) {
+  const char* p = m_position;
+  const auto digits = [&p, this] {
+    const char* begin = p;
+    while (p != m_end && isDigit(*p)) ++p;
+    return p - begin;
+  };
+  const auto broken = [&p, this] {
+    m_position = p;
+    return unexpected();
+  };
+  if (*p == '-') ++p;
+  const char* integer = p;
+  const auto integerDigits = digits();
+  if (integerDigits == 0) return broken();
+  if (*integer == '0' && integerDigits > 1) {
+    p = integer + 1;
+    return broken();
+  }
+  constexpr std::ptrdiff_t kSafeDigits = 18;
+  token.plainInteger = integerDigits <= kSafeDigits;
+  token.small = integerDigits < 300;
+  if (p != m_end && *p == '.') {
+    ++p;
+    token.plainInteger = false;
+    if (digits() == 0) return broken();
+  }
+  if (p != m_end && (*p == 'e' || *p == 'E')) {
+    ++p;
+    token.plainInteger = token.small = false;
+    if (p != m_end && (*p == '+' || *p == '-')) ++p;
+    if (digits() == 0) return broken();
+  }
+  token.text = {m_position, p};
+  m_position = p;
+  return true;
+}
+
+bool Reader::readDouble(double& out) {
+  Kind kind{};
+  if (!peek(kind)) return false;
+  if (kind != Kind::Number) return mismatch("a number");
+  NumberToken token;
+  if (!scanNumber(token)) return false;
+  const auto value = doubleFromNumber(token.text);
+  if (!value) return fail("number out of range");
+  out = *value;
+  return true;
+}
+
+bool Reader::readInteger(std::int64_t& out) {
+  Kind kind{};
+  if (!peek(kind)) return false;
+  if (kind != Kind::Number) return mismatch("an integer");
+  NumberToken token;
+  if (!scanNumber(token)) return false;
+  if (token.plainInteger) {
+    std::from_chars(token.text.data(), token.text.data() + token.text.size(), out);
+    return true;
+  }
+  const IntegerResult result = integerFromNumber(token.text);
+  if (result.fault == IntegerFault::NotIntegral) return fail("expected an integer, found a number with a fraction");
+  if (result.fault == IntegerFault::OutOfRange) return fail("integer out of range");
+  out = result.value;
+  return true;
+}
+
+bool Reader::unescape(const char* begin, std::string& out) {
+  const char* p = begin;
+  for (;;) {
+    const char* run = skipPlain(p, m_end);
+    out.append(p, run);
+    p = m_position = run;
+    if (p == m_end) return unexpected();
+    if (*p == '"') {
+      ++m_position;
+      return true;
+    }
+    if (*p != '\\') return fail("control character in a string at byte " + std::to_string(p - m_begin));
+    const Escape escape = readEscape(p, m_end);
+    if (escape.lone) return fail("lone surrogate at byte " + std::to_string(p - m_begin));
+    if (escape.length == 0) return fail("bad escape at byte " + std::to_string(p - m_begin));
+    appendUtf8(out, escape.code);
+    p += escape.length;
+  }
+}
+
+bool Reader::readString(std::string& out) {
+  if (!expect(Kind::String, '"')) return false;
+  const char* begin = m_position + 1;
+  const char* end = skipPlain(begin, m_end);
+  if (end != m_end && *end == '"') {
+    out.assign(begin, end);
+    m_position = end + 1;
+    return true;
+  }
+  out.clear();
+  return unescape(begin, out);
+}
+
+bool Reader::skipString() {
+  const char* p = m_position + 1;
+  for (;;) {
+    p = skipPlain(p, m_end);
+    if (p != m_end && *p == '"') {
+      m_position = p + 1;
+      return true;
+    }
+    const Escape escape = p != m_end && *p == '\\' ? readEscape(p, m_end) : Escape{};
+    if (escape.length == 0) break;
+    p += escape.length;
+  }
+  // The slow way finds the same fault again and words it.
+  std::string ignored;
+  return unescape(p, ignored);
+}
+
+bool Reader::enter() {
+  if (m_depth == kMaxDepth) return fail("nested deeper than " + std::to_string(kMaxDepth));
+  ++m_depth;
+  ++m_position;
+  m_first = true;
+  return true;
+}
+
+bool Reader::enterObject() {
+  return expect(Kind::Object, '{') && enter();
+}
+
+bool Reader::enterArray() {
+  return expect(Kind::Array, '[') && enter();
+}
+
+/// Moves past a comma or the closing bracket; `more` tells which.
+bool Reader::separator(char closing, bool& more) {
+  skipSpace();
+  if (m_failed) return false;
+  if (m_position == m_end) return unexpected();
+  if (*m_position == closing) {
+    ++m_position;
+    --m_depth;
+    m_first = false;
+    more = false;
+    return true;
+  }
+  more = true;
+  if (m_first) {
+    m_first = false;
+    return true;
+  }
+  if (*m_position != ',') return unexpected();
+  ++m_position;
+  return true;
+}
+
+bool Reader::readKey(std::string_view& key) {
+  skipSpace();
+  if (m_position == m_end || *m_position != '"') return unexpected();
+  const char* begin = m_position + 1;
+  const char* end = skipPlain(begin, m_end);
+  if (end != m_end && *end == '"') {
+    key = {begin, end};
+    m_position = end + 1;
+  } else {
+    m_key.clear();
+    if (!unescape(begin, m_key)) return false;
+    key = m_key;
+  }
+  skipSpace();
+  if (m_position == m_end || *m_position != ':') return unexpected();
+  ++m_position;
+  return true;
+}
+
+bool Reader::nextMember(std::string_view& key, bool& more) {
+  if (!separator('}', more)) return false;
+  return !more || readKey(key);
+}
+
+bool Reader::nextElement(bool& more) {
+  return separator(']', more);
+}
+
+bool Reader::skipScalar() {
+  Kind kind{};
+  if (!peek(kind)) return false;
+  if (kind == Kind::String) return skipString();
+  if (kind == Kind::Null) return literal("null");
+  if (kind == Kind::Bool) return literal(*m_position == 't' ? "true" : "false");
+  NumberToken token;
+  if (!scanNumber(token)) return false;
+  if (!token.small && !doubleFromNumber(token.text)) return fail("number out of range");
+  return true;
+}
+
+bool Reader::skipValue(std::string_view& text) {
+  skipSpace();
+  const char* begin = m_position;
+  const int outside = m_depth;
+  std::bitset<kMaxDepth + 1> isObject;
+  do {
+    if (m_depth > outside) {
+      bool more = false;
+      if (!separator(isObject[static_cast<std::size_t>(m_depth)] ? '}' : ']', more)) return false;
+      if (!more) continue;
+      std::string_view key;
+      if (isObject[static_cast<std::size_t>(m_depth)] && !readKey(key)) return false;
+    }
+    skipSpace();
+    const char opening = m_position == m_end ? '\0' : *m_position;
+    if (opening == '{' || opening == '[') {
+      if (!enter()) return false;
+      isObject[static_cast<std::size_t>(m_depth)] = opening == '{';
+    } else if (!skipScalar()) {
+      return false;
+    }
+  } while (m_depth > outside);
+  text = {begin, m_position};
+  return true;
+}
+
+bool Reader::finish() {
+  skipSpace();
+  if (m_failed) return false;
+  return m_position == m_end || unexpected();
+}
+
+std::string excerpt(std::string_view text) {
+  constexpr int kMostCharacters = 40;
+  std::string out = "\"";
+  int shown = 0;
+  for (std::size_t i = 0; i < text.size(); ++shown) {
+    if (shown == kMostCharacters) return out + "\"…";
+    const auto lead = static_cast<unsigned char>(text[i]);
+    if (lead >= 0x20 && lead < 0x7F) {
+      if (lead == '"' || lead == '\\') out.push_back('\\');
+      out.push_back(text[i++]);
+      continue;
+    }
+    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    unsigned code = length == 1 ? lead : lead & (0xFFU >> (length + 1));
+    std::size_t next = i + 1;
+    for (; next < text.size() && next < i + length; ++next)
+      code = (code << 6) | (static_cast<unsigned char>(text[next]) & 0x3FU);
+    i = next;
+    std::array<char, 8> digits{};
+    const auto [end, fault] = std::to_chars(digits.begin(), digits.end(), code, 16);
+    out.append("\\u{").append(digits.data(), end).append("}");
+  }
+  return out + "\"";
+}
+
+}  // namespace varnel::json

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/json/decode_error.h"
+
+namespace varnel::json {
+
+/// How deep objects and arrays may stand in each other, over a whole document.
+inline constexpr int kMaxDepth = 512;
+
+enum class Kind { Null, Bool, Number, String, Object, Array };
+
+/// A pull reader over one JSON text: the caller says what it wants next, the reader moves forward once and checks every
+/// byte it passes, those of skipped values too. Nothing is allocated but the strings that are asked for.
+///
+/// Every function returns false on the first failure, after which only `error` may be used. The text must outlive the
+/// reader and need not end in a NUL.
+class Reader {
+ public:
+  /// Checks that the text is UTF-8 before anything is read.
+  explicit Reader(std::string_view text);
+
+  /// What stands next, without moving; fails at the end of the text and where no value can begin.
+  bool peek(Kind& kind);
+
+  bool readNull();
+  bool readBool(bool& out);
+  /// Any number that a double can hold, rounded to the nearest; smaller ones become zero, larger ones fail.
+  bool readDouble(double& out);
+  /// Numbers without a fraction, however they are written (`100`, `1.0`, `1e2`), within 64 bits; exact.
+  bool readInteger(std::int64_t& out);
+  bool readString(std::string& out);
+
+  /// An object is `enterObject`, then `nextMember` and a value in turn until it sets `more` to false. The key is valid
+  /// until the next call.
+  bool enterObject();
+  bool nextMember(std::string_view& key, bool& more);
+  /// An array is `enterArray`, then `nextElement` and a value in turn until it sets `more` to false.
+  bool enterArray();
+  bool nextElement(bool& more);
+
+  /// Passes over one value of any kind, checked as strictly as if it were read, and gives its text.
+  bool skipValue(std::string_view& text);
+
+  /// True when nothing but white space is left.
+  bool finish();
+
+  /// Makes the reader fail with a reason of the caller's own.
+  bool fail(std::string reason);
+  [[nodiscard]] bool failed() const { return m_failed; }
+  DecodeError& error() { return m_error; }
+
+  /// A place to come back to, even after a failure.
+  struct Mark {
+    const char* position;
+    int depth;
+    bool first;
+  };
+  [[nodiscard]] Mark mark() const { return {m_position, m_depth, m_first}; }
+  void rewind(const Mark& mark);
+
+ private:
+  struct NumberToken;
+
+  void skipSpace();
+  bool expect(Kind wanted, char opening);
+  bool mismatch(std::string_view wanted);
+  bool literal(std::string_view word);
+  bool readKey(std::string_view& key);
+  bool separator(char closing, bool& more);
+  bool scanNumber(NumberToken& token);
+  bool unescape(const char* begin, std::string& out);
+  bool skipString();
+  bool skipScalar();
+  bool enter();
+  bool unexpected();
+
+  const char* m_begin;
+  const char* m_position;
+  const char* m_end;
+  int m_depth = 0;
+  bool m_first = false;  ///< right after an opening bracket
+  bool m_failed = false;
+  std::string m_key;  ///< a key that held escapes
+  DecodeError m_error;
+};
+
+/// A short, printable piece of a text for an error message, in quotes; everything but plain ASCII as `\u{...}`.
+std::string excerpt(std::string_view text);
+
+}  // namespace varnel::json

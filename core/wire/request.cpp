@@ -1,0 +1,10 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include "core/wire/instantiate.h"
+#include "core/wire/request_fields.h"
+
+namespace varnel::wire {
+
+VARNEL_RECORD(PendingRequest)
+
+}  // namespace varnel::wire

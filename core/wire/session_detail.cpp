@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include "core/wire/session_detail.h"
+
+#include "core/json/codec.h"
+#include "core/wire/request_fields.h"
+#include "core/wire/session_fields.h"
+#include "core/wire/transcript_fields.h"
+
+namespace varnel::wire {
+
+namespace {
+
+/// Reads one member strictly; where it does not fit, passes over it as plain JSON so that the rest can be read.
+template <class T>
+bool readMember(json::Reader& in, std::string_view name, SessionDetail::Member<T>& out) {
+  const auto begin = in.mark();
+  T value;
+  if (json::Codec<T>::read(in, value)) {
+    out.emplace(std::move(value));
+    return true;
+  }
+  json::DecodeError fault = std::move(in.error());
+  fault.prependMember(name);
+  in.rewind(begin);
+  std::string_view ignored;
+  if (!in.skipValue(ignored)) return false;
+  out.emplace(std::unexpected(std::move(fault)));
+  return true;
+}
+
+bool readDetail(json::Reader& in, SessionDetail& out) {
+  json::Kind kind{};
+  std::string_view ignored;
+  if (!in.peek(kind)) return false;
+  if (kind != json::Kind::Object) return in.skipValue(ignored) && in.finish();
+  if (!in.enterObject()) return false;
+  for (bool more = true;;) {
+    std::string_view key;
+    if (!in.nextMember(key, more)) return false;
+    if (!more) return in.finish();
+    const bool read = key == "items"             ? readMember(in, key, out.items)
+                      : key == "pendingRequests" ? readMember(in, key, out.pendingRequests)
+                      : key == "session"         ? readMember(in, key, out.session)
+                                                 : in.skipValue(ignored);
+    if (!read) return false;
+  }
+}
+
+}  // namespace
+
+std::expected<SessionDetail, json::DecodeError> decodeSessionDetail(std::string text) {
+  SessionDetail detail;
+  json::Reader in(text);
+  if (!readDetail(in, detail)) return std::unexpected(std::move(in.error()));
+  detail.whole = json::RawValue::adopt(std::move(text));
+  return detail;
+}
+
+}  // namespace varnel::wire
