@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sys/types.h>
+
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+/// Small files that must be whole at any moment. Blocking calls, safe from any thread and from several processes;
+/// errors carry the `errno` of the call that failed, in the generic category.
+namespace varnel::platform {
+
+/// Puts `bytes` in the place of `path` so that whoever reads sees the old content or the new one, also after a kill or
+/// a power cut. On return the new content is on the disk; on failure the old one stands. The folder must exist. A kill
+/// in the middle leaves a file `.NAME.new` behind, which the next call for the same path uses up.
+std::expected<void, std::error_code> replaceFile(const std::filesystem::path& path, std::string_view bytes,
+                                                 mode_t mode = 0600);
+
+/// Deletes the file and what a killed `replaceFile` may have left of it, and waits until that is on the disk. A file
+/// that is not there is no failure.
+std::expected<void, std::error_code> removeFile(const std::filesystem::path& path);
+
+/// The whole content, or nothing when there is no such file. Takes away on the way what others may do with the file, as
+/// far as the file system lets it. Only regular files of up to 1 MiB are read, and a symbolic link is refused.
+std::expected<std::optional<std::string>, std::error_code> readPrivateFile(const std::filesystem::path& path);
+
+/// Makes the folder and its missing parents for this user alone (0700), and takes away what others may do in the
+/// folder when it exists already. Give it only folders that belong to the application.
+std::expected<void, std::error_code> makePrivateDirectory(const std::filesystem::path& directory);
+
+}  // namespace varnel::platform
