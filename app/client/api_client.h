@@ -14,7 +14,9 @@
 #include "app/client/client_error.h"
 #include "app/client/event_stream.h"
 #include "core/base/url.h"
+#include "core/json/raw_value.h"
 #include "core/json/value.h"
+#include "core/live/request.h"
 #include "core/wire/bodies.h"
 #include "core/wire/catalogue.h"
 #include "core/wire/pairing.h"
@@ -26,6 +28,7 @@
 namespace varnel::client {
 
 class Network;
+struct CallContext;
 
 /// Limits of every request; tests make them small.
 struct ClientOptions {
@@ -39,7 +42,8 @@ struct ClientOptions {
 
 /// The only way to talk to the bridge: one coroutine an operation, under the operation's name.
 ///
-/// Main thread only; answers arrive there too, from the event loop and never inside the call. Owned by the application
+/// Main thread only; answers arrive there too, from the event loop; only a call that cannot be sent (not paired, not a
+/// valid request) has failed when it returns. Owned by the application
 /// model. Credentials are read when a call starts, so `setCredentials` counts from the next call on. Nothing is
 /// retried, and a POST reaches the wire at most once. No redirect is followed: a 3xx is a failure like any other status
 /// that is not 2xx. Proxies, cookies and caches are not used.
@@ -62,8 +66,8 @@ class APIClient {
 
   Task<Result<std::vector<wire::SessionSummary>>> sessions(std::stop_token stop = {});
   Task<Result<std::vector<wire::ProjectRecord>>> projects(std::stop_token stop = {});
-  /// The catalogue as it came.
-  Task<Result<json::JSONValue>> models(std::stop_token stop = {});
+  /// The catalogue as it came; `value()` unfolds it.
+  Task<Result<json::RawValue>> models(std::stop_token stop = {});
   Task<Result<wire::RateLimitEnvelope>> rateLimit(std::stop_token stop = {});
   /// Of one conversation too when an id is given.
   Task<Result<wire::UsageEnvelope>> usage(std::optional<std::string> sessionId, std::stop_token stop = {});
@@ -96,6 +100,11 @@ class APIClient {
   [[nodiscard]] Result<std::unique_ptr<EventStream>> eventStream(std::int64_t after) const;
 
  private:
+  [[nodiscard]] CallContext context() const;
+  template <class Answer>
+  Task<Result<Answer>> run(const live::Call& operation, std::stop_token stop) const;
+  Task<Result<void>> tell(const live::Call& operation, std::stop_token stop) const;
+
   std::optional<wire::PairingCredentials> m_credentials;
   ClientOptions m_options;
   std::shared_ptr<Network> m_network;

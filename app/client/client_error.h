@@ -47,7 +47,10 @@ struct Cancelled {
 /// Everything that a call can fail with. `DecodeError`: a success whose body is not the record that was asked for.
 /// `RequestError`: a request that could not be built and was not sent (never of kind NotPaired, which is an
 /// `APIError`).
-using ClientError = std::variant<APIError, TransportError, json::DecodeError, live::RequestError, Cancelled>;
+class ClientError : public std::variant<APIError, TransportError, json::DecodeError, live::RequestError, Cancelled> {
+ public:
+  using variant::variant;
+};
 
 template <class T>
 using Result = std::expected<T, ClientError>;
