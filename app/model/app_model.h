@@ -13,7 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "app/client/client_error.h"
 #include "app/model/surroundings.h"
+#include "core/live/event_rules.h"
 #include "core/live/load_generations.h"
 #include "core/wire/catalogue.h"
 #include "core/wire/pairing.h"
@@ -24,7 +26,6 @@
 
 namespace varnel::client {
 class APIClient;
-class ClientError;
 class EventStream;
 }  // namespace varnel::client
 
@@ -139,23 +140,43 @@ class AppModel : public QObject {
   void errorMessageChanged();
 
  private:
-  // The live loop (live_loop.cpp). The token is that of the start that began it.
+  // Each works until its token is stopped, and touches nothing of the model afterwards.
   QCoro::Task<> connectLoop(std::stop_token stop);
-  QCoro::Task<bool> follow(std::shared_ptr<client::EventStream> stream, std::stop_token stop);
+  QCoro::Task<> follow(std::unique_ptr<client::EventStream> stream, std::stop_token stop);
+  QCoro::Task<> perform(live::EventAction action, std::stop_token stop);
+  QCoro::Task<> refreshUntil(std::stop_token stop, bool includeRateLimit);
+  QCoro::Task<> refreshRateLimitUntil(std::stop_token stop);
+  QCoro::Task<> loadSessionUntil(std::stop_token stop, std::string sessionId);
 
-  QCoro::Task<> refreshLists(std::stop_token stop);
-  QCoro::Task<> load(std::string sessionId, std::stop_token stop);
   void store(const std::string& sessionId, live::SessionUpdate update);
+  std::string showOptimistic(const std::string& sessionId, const std::string& text);
   void removeOptimistic(const std::string& sessionId, const std::string& itemId);
+  void setPreferences(const std::string& sessionId, wire::ConversationPreferences preferences);
+  void forgetPairing();
 
+  /// Whether the answer is a good one; notes on the way what it says of the token.
+  template <class T>
+  bool accept(const client::Result<T>& answer) {
+    noteToken(answer ? nullptr : &answer.error());
+    return answer.has_value();
+  }
+  void noteToken(const client::ClientError* error);
   void touchContact();
   void setConnected(bool connected);
   void setTokenRefused(bool refused);
+  /// Stores and tells, if there is a difference.
+  template <class T>
+  void assign(T& field, T value, void (AppModel::*changed)()) {
+    if (field == value) return;
+    field = std::move(value);
+    emit(this->*changed)();
+  }
 
   Surroundings m_surroundings;
   std::unique_ptr<client::APIClient> m_client;
-  std::stop_source m_lifetime;    ///< stopped by the destructor
-  std::stop_source m_streamTask;  ///< stopped by `stop` and by the destructor
+  std::stop_source m_lifetime;    ///< stopped by the destructor alone
+  std::stop_source m_pairing;     ///< and by `unpair`: what was asked under one pairing is not wanted under the next
+  std::stop_source m_streamTask;  ///< and by `stop`
   bool m_started = false;
   std::int64_t m_lastSequence = 0;
   BySession<std::vector<wire::TranscriptItem>> m_optimisticMessages;

@@ -2,14 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QCoroTask>
 #include <QString>
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <stop_token>
 #include <string>
 
+#include "app/client/client_error.h"
 #include "core/wire/pairing.h"
 
 /// What the application model needs from the system it runs on, as plain functions: a test hands in its own.
@@ -27,8 +28,8 @@ struct CredentialStore {
 
 struct Clock {
   std::function<double()> now;  ///< seconds since 1970, UTC
-  /// Ends early, from the event loop, when the token is stopped. Goes on counting while the device sleeps.
-  std::function<QCoro::Task<>(std::chrono::seconds, std::stop_token)> sleep;
+  /// Goes on counting while the device sleeps. Ends early, with `Cancelled`, when the token is stopped.
+  std::function<client::Task<client::Result<void>>(std::chrono::milliseconds, std::stop_token)> sleep;
 };
 
 struct Surroundings {
@@ -37,7 +38,8 @@ struct Surroundings {
   std::function<std::string()> deviceName;  ///< how the bridge will name this device to its owner
 };
 
-/// The real ones: the keychain store, the system's clocks and the machine's name.
-Surroundings systemSurroundings();
+/// The real ones: the keychain store, the system's clocks and the machine's name. `directory` belongs to the
+/// application and is where the pairing is kept when there is no Secret Service.
+Surroundings systemSurroundings(const std::filesystem::path& directory);
 
 }  // namespace varnel::model

@@ -24,13 +24,15 @@ SessionUpdate updateFrom(wire::SessionDetail detail, std::vector<wire::Transcrip
   return update;
 }
 
-void place(std::vector<wire::SessionSummary>& sessions, wire::SessionSummary summary) {
+bool place(std::vector<wire::SessionSummary>& sessions, wire::SessionSummary summary) {
   const auto former = std::ranges::find(sessions, summary.id, &wire::SessionSummary::id);
   if (former == sessions.end()) {
     sessions.push_back(std::move(summary));
-  } else {
-    *former = std::move(summary);
+    return true;
   }
+  const bool differs = *former != summary;
+  *former = std::move(summary);
+  return differs;
 }
 
 }  // namespace varnel::live

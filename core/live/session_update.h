@@ -25,7 +25,7 @@ struct SessionUpdate {
 /// either way it is no sign of life. An answer without items or requests is one, and nothing else.
 SessionUpdate updateFrom(wire::SessionDetail detail, std::vector<wire::TranscriptItem> optimisticItems);
 
-/// Puts the summary in place of the first one of the same id, else at the end.
-void place(std::vector<wire::SessionSummary>& sessions, wire::SessionSummary summary);
+/// Puts the summary in place of the first one of the same id, else at the end. Whether that changed anything.
+bool place(std::vector<wire::SessionSummary>& sessions, wire::SessionSummary summary);
 
 }  // namespace varnel::live

@@ -75,9 +75,10 @@ TEST(Place, ReplacesTheFirstOfThatIdElseAppends) {
     return result;
   };
   std::vector<wire::SessionSummary> sessions{summary("a", "1"), summary("b", "1"), summary("b", "2")};
-  place(sessions, summary("b", "new"));
+  EXPECT_TRUE(place(sessions, summary("b", "new")));
   EXPECT_EQ(sessions, (std::vector{summary("a", "1"), summary("b", "new"), summary("b", "2")}));
-  place(sessions, summary("c", "new"));
+  EXPECT_FALSE(place(sessions, summary("b", "new")));
+  EXPECT_TRUE(place(sessions, summary("c", "new")));
   EXPECT_EQ(sessions.back(), summary("c", "new"));
   EXPECT_EQ(sessions.size(), 4U);
 }

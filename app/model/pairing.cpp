@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include <utility>
+
+#include "app/client/api_client.h"
+#include "app/model/app_model.h"
+#include "core/wire/codec.h"
+
+namespace varnel::model {
+namespace {
+
+constexpr std::int64_t kSupportedVersion = 1;
+
+}  // namespace
+
+QCoro::Task<> AppModel::pair(QString qrText) {
+  const auto payload = wire::decode<wire::PairPayload>(qrText.toStdString());
+  if (!payload) {
+    report(QString::fromStdString(payload.error().message()));
+    co_return;
+  }
+  if (payload->version != kSupportedVersion) {
+    report(QStringLiteral("This pairing code version is not supported."));
+    co_return;
+  }
+  const auto stop = m_lifetime.get_token();
+  const auto claimed = co_await m_client->claim(payload->baseURL, payload->secret, m_surroundings.deviceName(), stop);
+  if (stop.stop_requested()) co_return;
+  if (!claimed) {
+    // A refused secret says nothing of the token in use.
+    if (!client::isCancelled(claimed.error())) report(QString::fromStdString(client::userText(claimed.error())));
+    co_return;
+  }
+  m_client->setCredentials(*claimed);
+  if (const auto failure = m_surroundings.credentialStore.save(*claimed)) {
+    report(*failure);
+    co_return;
+  }
+  assign(m_credentials, std::optional(*claimed), &AppModel::credentialsChanged);
+  setTokenRefused(false);
+  start();
+}
+
+void AppModel::unpair() {
+  stop();
+  m_surroundings.credentialStore.remove();
+  m_pairing.request_stop();
+  m_pairing = std::stop_source();
+  assign(m_credentials, std::optional<wire::PairingCredentials>(), &AppModel::credentialsChanged);
+  m_client->setCredentials(std::nullopt);
+  forgetPairing();
+}
+
+void AppModel::forgetPairing() {
+  m_optimisticMessages.clear();
+  m_loadGenerations.forgetAll();
+  const auto transcripts = std::exchange(m_transcript, {});
+  const auto requests = std::exchange(m_pendingRequests, {});
+  const auto preferences = std::exchange(m_sessionPreferences, {});
+  assign(m_sessions, {}, &AppModel::sessionsChanged);
+  assign(m_rateLimit, {}, &AppModel::rateLimitChanged);
+  assign(m_usage, {}, &AppModel::usageChanged);
+  for (const auto& [sessionId, items] : transcripts) emit transcriptChanged(sessionId);
+  for (const auto& [sessionId, list] : requests) emit pendingRequestsChanged(sessionId);
+  for (const auto& [sessionId, chosen] : preferences) emit preferencesChanged(sessionId);
+  setTokenRefused(false);
+}
+
+}  // namespace varnel::model
