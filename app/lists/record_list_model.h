@@ -46,7 +46,7 @@ class RecordListModel : public QAbstractListModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
     const auto& roles = rolesOf<R>();
     const auto position = role - kFirstRole;
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || position < 0 || position >= std::ssize(roles)) return {};
+    if (index.row() < 0 || index.row() >= rowCount() || position < 0 || position >= std::ssize(roles)) return {};
     return roles[static_cast<std::size_t>(position)].read(m_records[static_cast<std::size_t>(index.row())]);
   }
 
