@@ -11,7 +11,8 @@ namespace varnel::json {
 struct DecodeError {
   /// Members and indices from the top, as in `sessions[3].state`; empty at the top itself.
   std::string path;
-  /// What is wrong there, in English, without the path: `unknown value "x"`, `missing`, `expected a string, found a number`.
+  /// What is wrong there, in English, without the path: `unknown value "x"`, `missing`, `expected a string, found a
+  /// number`.
   std::string reason;
 
   /// The text for people and logs: `sessions[3].state: unknown value "x"`. Holds at most a short, escaped piece of the

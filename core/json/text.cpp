@@ -2,9 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "core/json/text.h"
 
+#include <simdjson.h>
+
 #include "core/json/codec.h"
 
 namespace varnel::json {
+
+bool Writer::isUtf8(std::string_view text) {
+  return simdjson::validate_utf8(text.data(), text.size());
+}
 
 bool Codec<JSONValue::Object>::read(Reader& in, JSONValue::Object& out) {
   out.clear();

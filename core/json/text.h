@@ -12,7 +12,8 @@
 namespace varnel::json {
 
 /// The value that exactly one JSON text stands for. Fails on anything RFC 8259 does not allow, text that is not UTF-8,
-/// lone surrogates, numbers beyond a double and nesting deeper than 512. Of a key that stands twice the later one holds.
+/// lone surrogates, numbers beyond a double and nesting deeper than 512. Of a key that stands twice the later one
+/// holds.
 std::expected<JSONValue, DecodeError> parse(std::string_view text);
 
 /// Compact text. Integral numbers are written without a fraction, others so that they read back equal. Fails when a

@@ -41,16 +41,16 @@ std::expected<std::string, RequestError> address(const base::Url& baseURL, const
   }
   std::string_view prefix = parts.path;
   if (prefix.ends_with('/')) prefix.remove_suffix(1);
-  const std::string path = std::string(prefix) + base::percentEncodeMissing(target.path, UrlSet::Path);
+  const std::string path = base::percentEncodeMissing(std::string(prefix) + std::string(target.path), UrlSet::Path);
   if (climbs(path)) return refuse(RequestError::Kind::InvalidAddress, "The identifier cannot stand in an address.");
-  const auto query = target.query ? target.query : parts.query;
-  if (query && base::percentEncodeMissing(*query, UrlSet::Query) != *query) {
+  if (target.query && base::percentEncodeMissing(*target.query, UrlSet::Query) != *target.query) {
     return refuse(RequestError::Kind::InvalidAddress, "The query of the request is not encoded.");
   }
+  const auto query = target.query ? target.query : parts.query;
   std::string url(scheme.empty() ? parts.scheme : scheme);
   if (!url.empty()) url += ":";
   url.append("//").append(*parts.authority).append(path);
-  if (query) url.append("?").append(*query);
+  if (query) url.append("?").append(base::percentEncodeMissing(*query, UrlSet::Query));
   return url;
 }
 
