@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import Varnel.Ui
+import Varnel.Screens
+
+/// One conversation. It opens at its end and stays there while the reader does; whoever scrolled up is left alone.
+Page {
+    id: root
+
+    required property SessionViewState session
+    property bool canGoBack: false
+
+    signal backRequested
+
+    title: session.title
+    background: Rectangle {
+        color: Theme.page
+    }
+    header: TitleBar {
+        title: root.title
+        canGoBack: root.canGoBack
+        onBackRequested: root.backRequested()
+
+        Spinner {
+            width: Theme.touchTarget
+            visible: root.session.working
+            running: visible
+            Accessible.role: Accessible.Animation
+            Accessible.name: qsTr("Codex is working")
+        }
+    }
+    footer: Composer {
+        session: root.session
+    }
+
+    ListView {
+        id: list
+
+        readonly property real side: Math.max(Theme.margin, (width - Theme.contentWidth) / 2)
+        property bool atEnd: true
+
+        function keepEnd(): void {
+            if (atEnd)
+                positionViewAtEnd();
+        }
+
+        anchors.fill: parent
+        clip: true
+        spacing: Theme.unit
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        boundsBehavior: Flickable.StopAtBounds
+        cacheBuffer: 800
+        model: root.session.rows
+        Accessible.role: Accessible.List
+        Accessible.name: qsTr("Transcript")
+        onMovementEnded: atEnd = atYEnd
+        onContentHeightChanged: Qt.callLater(keepEnd)
+        onHeightChanged: Qt.callLater(keepEnd)
+        onCountChanged: Qt.callLater(keepEnd)
+        Keys.onPressed: event => {
+            if (event.key === Qt.Key_Up || event.key === Qt.Key_PageUp)
+                atEnd = false;
+        }
+
+        header: Column {
+            x: list.side
+            width: list.width - 2 * list.side
+            topPadding: Theme.margin
+            bottomPadding: Theme.unit
+            spacing: Theme.unit
+
+            Repeater {
+                model: root.session.notices
+
+                RequestNotice {
+                    width: list.width - 2 * list.side
+                }
+            }
+        }
+        footer: Item {
+            width: 1
+            height: Theme.margin
+        }
+        delegate: TranscriptDelegate {
+            x: list.side
+            width: list.width - 2 * list.side
+        }
+        ScrollBar.vertical: ScrollBar {
+            onPressedChanged: if (!pressed)
+                list.atEnd = list.atYEnd
+        }
+        WheelHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            blocking: false
+            onWheel: Qt.callLater(() => list.atEnd = list.atYEnd)
+        }
+    }
+    Spinner {
+        anchors.centerIn: parent
+        visible: root.session.loading
+        size: 32
+        Accessible.role: Accessible.Animation
+        Accessible.name: qsTr("Loading conversation")
+    }
+}

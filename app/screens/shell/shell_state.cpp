@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include "app/screens/shell/shell_state.h"
+
+#include <utility>
+
+#include "app/model/app_model.h"
+
+namespace varnel::screens {
+
+ShellState::ShellState(model::AppModel& model, Surroundings surroundings, QObject* parent)
+    : QObject(parent),
+      m_model(model),
+      m_pairing(pairWith(model), std::move(surroundings.clipboard)),
+      m_sessions(model, std::move(surroundings.now)) {
+  connect(&model, &model::AppModel::credentialsChanged, this, &ShellState::pairedChanged);
+  connect(&model, &model::AppModel::errorMessageChanged, this, &ShellState::errorChanged);
+  connect(&m_sessions, &SessionsViewState::openIdChanged, this, &ShellState::replaceSession);
+}
+
+bool ShellState::isPaired() const {
+  return m_model.isPaired();
+}
+
+bool ShellState::hasError() const {
+  return m_model.hasErrorMessage();
+}
+
+QString ShellState::errorText() const {
+  return m_model.hasErrorMessage() ? m_model.errorText() : tr("Unknown error");
+}
+
+void ShellState::dismissError() {
+  m_model.clearErrorMessage();
+}
+
+void ShellState::activated() {
+  m_model.start();
+}
+
+void ShellState::replaceSession() {
+  // The screen of the former conversation is destroyed from the event loop, and it still reads its state until then.
+  if (m_session) m_session->deleteLater();
+  const QString id = m_sessions.openId();
+  m_session = id.isEmpty() ? nullptr : new SessionViewState(m_model, id, this);
+  emit sessionChanged();
+}
+
+}  // namespace varnel::screens

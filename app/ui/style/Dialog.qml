@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Varnel.Ui
+
+/// A card in the middle of the window: title, content, and in the footer what the user puts there.
+T.Dialog {
+    id: control
+
+    anchors.centerIn: T.Overlay.overlay
+    width: Math.min(480, parent ? parent.width - 2 * Theme.margin : 480)
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding + implicitHeaderHeight + implicitFooterHeight
+    padding: 20
+    topPadding: Theme.unit
+    modal: true
+    focus: true
+
+    header: Text {
+        leftPadding: 20
+        rightPadding: 20
+        topPadding: 20
+        text: control.title
+        textFormat: Text.PlainText
+        font: Theme.headline
+        color: Theme.text
+        wrapMode: Text.Wrap
+        Accessible.ignored: true
+    }
+    background: Rectangle {
+        radius: Theme.cardRadius
+        color: Theme.surface
+
+        Rectangle {
+            z: -1
+            anchors.fill: parent
+            anchors.topMargin: Theme.unit
+            anchors.bottomMargin: -Theme.unit
+            radius: Theme.cardRadius
+            color: Theme.shadow
+        }
+    }
+    T.Overlay.modal: Rectangle {
+        color: Theme.dim
+    }
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.appearDuration
+            easing.type: Easing.OutCubic
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 1
+            to: 0
+            duration: Theme.appearDuration
+        }
+    }
+}
