@@ -20,7 +20,10 @@ struct UserText {
   }
   std::string operator()(const TransportError& error) const { return error.text; }
   std::string operator()(const json::DecodeError& error) const { return error.message(); }
-  std::string operator()(const live::RequestError& error) const { return error.detail; }
+  std::string operator()(const live::RequestError& error) const {
+    if (error.kind != live::RequestError::Kind::InvalidHeader) return error.detail;
+    return "The request cannot be sent: its header " + error.detail + " holds a control character.";
+  }
   std::string operator()(const Cancelled&) const { return {}; }
 };
 

@@ -10,10 +10,14 @@
 #include <optional>
 
 #include "app/client/async.h"
+#include "app/client/one_shot.h"
 
 namespace varnel::client {
 
 namespace {
+
+/// A reply that is aborted, and deleted from the event loop, when its owner lets go of it.
+using Reply = std::unique_ptr<QNetworkReply, void (*)(QNetworkReply*)>;
 
 /// Bytes taken from the network in one turn of the event loop.
 constexpr qint64 kSlice = 256 * 1024;
@@ -28,7 +32,7 @@ QByteArray bytesOf(std::string_view text) {
   return QByteArray(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// Collects one answer. Lives in the frame of `exchange`; every way to end opens its gate once.
+/// Collects the answer to a GET. Lives as long as one exchange; every way to end opens its gate.
 class Collector {
  public:
   Collector(Reply reply, const ExchangeLimits& limits);
@@ -73,9 +77,7 @@ void Collector::readSome() {
   const QByteArray piece = m_reply->read(kSlice);
   if (!piece.isEmpty()) m_body.append(piece);
   if (m_body.size() > m_limits.answerLimit) {
-    const auto mebibytes = m_limits.answerLimit >> 20;
-    fail(TransportError{TransportError::Kind::TooLarge,
-                        "The answer of the bridge is larger than " + std::to_string(mebibytes) + " MiB."});
+    fail(tooLarge(m_limits));
     return;
   }
   const bool more = m_reply->bytesAvailable() > 0;
@@ -130,40 +132,52 @@ QNetworkRequest toQt(const live::HttpRequest& request) {
   out.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
   out.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
   out.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-  // HTTP/2 would share one connection among the requests that must not share one.
+  // Over plain HTTP its offer would add an upgrade to every first request.
   out.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
   // A list of equal rows compresses well; the limit on the answer itself takes the place of the ratio's.
   out.setDecompressedSafetyCheckThreshold(-1);
   return out;
 }
 
+template <class Collecting>
+Task<Result<Answer>> outcomeOf(std::unique_ptr<Collecting> collecting, std::stop_token stop) {
+  {
+    std::stop_callback onStop(stop, [&collecting] { collecting->cancel(); });
+    co_await collecting->ended().wait();
+  }
+  if (stop.stop_requested()) co_return std::unexpected(ClientError(Cancelled{}));
+  co_return collecting->take();
+}
+
 }  // namespace
 
 Network::Network() {
-  for (QNetworkAccessManager* manager : {&m_reading, &m_changing}) {
-    manager->setProxy(QNetworkProxy::NoProxy);
-    manager->setAutoDeleteReplies(false);
-  }
+  manager.setProxy(QNetworkProxy::NoProxy);
 }
 
-Reply Network::send(const live::HttpRequest& request, const QByteArray& body) {
-  QNetworkRequest out = toQt(request);
-  if (request.method == "GET") return Reply(m_reading.get(out), dispose);
-  out.setRawHeader("Connection", "close");
-  return Reply(m_changing.post(out, body), dispose);
+TransportError timedOut() {
+  return {TransportError::Kind::TimedOut, "The request timed out."};
+}
+
+TransportError tooLarge(const ExchangeLimits& limits) {
+  return {TransportError::Kind::TooLarge,
+          "The answer of the bridge is larger than " + std::to_string(limits.answerLimit >> 20) + " MiB."};
 }
 
 Task<Result<Answer>> exchange(std::shared_ptr<Network> network, live::HttpRequest request, QByteArray body,
                               ExchangeLimits limits, std::stop_token stop) {
   if (stop.stop_requested()) co_return std::unexpected(ClientError(Cancelled{}));
-  if (request.body) body = bytesOf(*request.body);
-  Collector collector(network->send(request, body), limits);
-  {
-    std::stop_callback onStop(stop, [&collector] { collector.cancel(); });
-    co_await collector.ended().wait();
+  const QUrl url = QUrl::fromEncoded(bytesOf(request.url), QUrl::StrictMode);
+  if (!url.isValid() || url.host().isEmpty() || (url.scheme() != u"http" && url.scheme() != u"https")) {
+    co_return std::unexpected(ClientError(live::RequestError{live::RequestError::Kind::InvalidAddress,
+                                                             "The address of the bridge is not an HTTP address."}));
   }
-  if (stop.stop_requested()) co_return std::unexpected(ClientError(Cancelled{}));
-  co_return collector.take();
+  if (request.method == "GET") {
+    Reply reply(network->manager.get(toQt(request)), dispose);
+    co_return co_await outcomeOf(std::make_unique<Collector>(std::move(reply), limits), stop);
+  }
+  if (request.body) body = bytesOf(*request.body);
+  co_return co_await outcomeOf(std::make_unique<OneShot>(request, std::move(body), limits), stop);
 }
 
 }  // namespace varnel::client

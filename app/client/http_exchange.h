@@ -15,22 +15,12 @@
 
 namespace varnel::client {
 
-/// A reply that is aborted and deleted from the event loop when its owner lets go of it.
-using Reply = std::unique_ptr<QNetworkReply, void (*)(QNetworkReply*)>;
-
-/// The connections of one client. Shared by its calls, so that it outlives the client while they wind up.
+/// The kept-alive connections of one client. Shared by its calls, so that it outlives the client while they wind up.
 class Network {
  public:
   Network();
 
-  /// Sends without waiting. `body` is empty for a GET.
-  Reply send(const live::HttpRequest& request, const QByteArray& body);
-
- private:
-  QNetworkAccessManager m_reading;
-  /// A kept-alive connection that the server drops makes QNetworkAccessManager send again what it had sent on it, a
-  /// POST too. Requests that change something have a manager of their own whose connections carry one request each.
-  QNetworkAccessManager m_changing;
+  QNetworkAccessManager manager;
 };
 
 /// A whole HTTP answer of any status.
@@ -44,8 +34,12 @@ struct ExchangeLimits {
   std::int64_t answerLimit;
 };
 
+TransportError timedOut();
+TransportError tooLarge(const ExchangeLimits& limits);
+
 /// Sends one request and waits for the whole answer. `body` travels as it is. Fails with a `TransportError`, with
-/// InvalidResponse when the other side does not speak HTTP, or with `Cancelled`; a status is never a failure here.
+/// InvalidResponse when the other side does not speak HTTP, or with `Cancelled`; a status is never a failure here. An
+/// address that is not http or https is refused unsent.
 Task<Result<Answer>> exchange(std::shared_ptr<Network> network, live::HttpRequest request, QByteArray body,
                               ExchangeLimits limits, std::stop_token stop);
 
