@@ -11,6 +11,8 @@
 
 namespace varnel::agent::demo {
 
+class World;
+
 struct DemoOptions {
   /// Equal seeds and equal commands give equal conversations, ids included; only times differ.
   std::uint64_t seed = 1;
@@ -59,7 +61,6 @@ class DemoAgent final : public Agent {
   Task<void> resolve(std::string requestId, json::JSONValue result) override;
 
  private:
-  class World;
   std::unique_ptr<World> m_world;
 };
 

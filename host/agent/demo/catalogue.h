@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/json/value.h"
+#include "core/wire/catalogue.h"
+#include "core/wire/session.h"
+#include "host/agent/agent.h"
+
+/// Models, projects and the words for settings that the demo agent takes.
+namespace varnel::agent::demo {
+
+/// `{"data": [...]}` as the agent lists its models.
+const json::JSONValue& modelCatalogue();
+const std::vector<wire::ProjectRecord>& projectList();
+
+/// The catalogue's default model with its default effort.
+wire::ConversationPreferences defaultPreferences();
+
+/// Puts defaults for an empty model or effort and takes the tier "default" for none; Invalid, naming the value, when
+/// the catalogue does not have it.
+Result<wire::ConversationPreferences> settle(wire::ConversationPreferences preferences);
+
+/// The conversation's name when it has one, else the base name of where it works.
+std::string projectOf(const wire::SessionSummary& summary);
+
+}  // namespace varnel::agent::demo
