@@ -16,7 +16,8 @@ T.Dialog {
     x: parent ? (parent.width - width) / 2 : 0
     y: restingY + slide
     width: wide ? 480 : parent ? parent.width : 0
-    height: wide ? Math.min(640, parent.height - 2 * Theme.margin) : parent ? parent.height - 3 * Theme.unit : 0
+    height: wide ? Math.min(implicitHeight, parent.height - 2 * Theme.margin) : parent ? parent.height - 3 * Theme.unit : 0
+    implicitHeight: implicitHeaderHeight + implicitContentHeight + topPadding + bottomPadding
     padding: Theme.margin
     topPadding: Theme.unit
     modal: true

@@ -18,6 +18,7 @@ Sheet {
     onClosed: pairing.stopScanning()
 
     contentItem: Flickable {
+        implicitHeight: column.height
         contentWidth: width
         contentHeight: column.height
         clip: true
@@ -31,7 +32,7 @@ Sheet {
 
             Rectangle {
                 width: column.width
-                height: Math.max(notice.height + 2 * 32, Math.min(width, root.height - 300))
+                height: Math.max(notice.height + 2 * 32, root.wide ? 280 : Math.min(width, root.height - 300))
                 radius: Theme.cardRadius
                 color: Theme.viewfinder
 

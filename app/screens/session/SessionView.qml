@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
-pragma ComponentBehavior: Bound
+// Not bound: a ListView of Qt 6.4 silently drops a bound header or footer.
 import QtQuick
 import QtQuick.Controls
 import Varnel.Ui
@@ -36,6 +36,37 @@ Page {
         session: root.session
     }
 
+    // Above the transcript and not in it, so that it is seen wherever the reader stands.
+    Flickable {
+        id: waiting
+
+        width: parent.width
+        height: noticeRepeater.count > 0 ? Math.min(noticeColumn.height, parent.height * 0.4) : 0
+        contentWidth: width
+        contentHeight: noticeColumn.height
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+
+        Column {
+            id: noticeColumn
+
+            x: list.side
+            width: parent.width - 2 * list.side
+            topPadding: Theme.margin
+            bottomPadding: Theme.unit
+            spacing: Theme.unit
+
+            Repeater {
+                id: noticeRepeater
+
+                model: root.session.notices
+
+                RequestNotice {
+                    width: noticeColumn.width
+                }
+            }
+        }
+    }
     ListView {
         id: list
 
@@ -48,6 +79,7 @@ Page {
         }
 
         anchors.fill: parent
+        anchors.topMargin: waiting.height
         clip: true
         spacing: Theme.unit
         activeFocusOnTab: true
@@ -59,6 +91,8 @@ Page {
         Accessible.name: qsTr("Transcript")
         onMovementEnded: atEnd = atYEnd
         onContentHeightChanged: Qt.callLater(keepEnd)
+        // Positioning replaces estimated heights by real ones, which moves the origin and with it the end.
+        onOriginYChanged: Qt.callLater(keepEnd)
         onHeightChanged: Qt.callLater(keepEnd)
         onCountChanged: Qt.callLater(keepEnd)
         Keys.onPressed: event => {
@@ -66,20 +100,9 @@ Page {
                 atEnd = false;
         }
 
-        header: Column {
-            x: list.side
-            width: list.width - 2 * list.side
-            topPadding: Theme.margin
-            bottomPadding: Theme.unit
-            spacing: Theme.unit
-
-            Repeater {
-                model: root.session.notices
-
-                RequestNotice {
-                    width: list.width - 2 * list.side
-                }
-            }
+        header: Item {
+            width: 1
+            height: Theme.margin
         }
         footer: Item {
             width: 1

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
-pragma ComponentBehavior: Bound
+// Not bound: a ListView of Qt 6.4 silently drops a bound header or footer.
 import QtQuick
 import QtQuick.Controls
 import Varnel.Ui
@@ -30,6 +30,13 @@ Page {
     ListView {
         id: list
 
+        property bool atTop: true
+
+        function keepTop(): void {
+            if (atTop)
+                positionViewAtBeginning();
+        }
+
         anchors.fill: parent
         leftMargin: Theme.margin
         rightMargin: Theme.margin
@@ -44,6 +51,10 @@ Page {
         Keys.onTabPressed: event => event.accepted = false
         onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0)
             currentIndex = 0
+        onMovementEnded: atTop = atYBeginning
+        onCountChanged: Qt.callLater(keepTop)
+        onHeaderItemChanged: Qt.callLater(keepTop)
+        onOriginYChanged: Qt.callLater(keepTop)
 
         header: Column {
             width: list.width - 2 * Theme.margin

@@ -9,7 +9,7 @@ import Varnel.Ui
 T.Button {
     id: control
 
-    implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
+    implicitWidth: Math.ceil(Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding))
     implicitHeight: Math.max(Theme.touchTarget, implicitContentHeight + topPadding + bottomPadding)
     horizontalPadding: 20
     verticalPadding: Theme.unit
