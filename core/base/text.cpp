@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include "core/base/text.h"
+
+#include <utf8proc.h>
+
+namespace varnel::base {
+
+namespace {
+
+bool isAscii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+
+const utf8proc_uint8_t* bytesOf(std::string_view text) {
+  return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+}
+
+/// The last code point of a text that is not empty.
+CodePoint lastCodePoint(std::string_view text) {
+  constexpr std::size_t kLongest = 4;
+  std::size_t start = text.size() - 1;
+  while (start > 0 && text.size() - start < kLongest && (static_cast<unsigned char>(text[start]) & 0xC0U) == 0x80)
+    --start;
+  const CodePoint found = firstCodePoint(text.substr(start));
+  if (start + found.length == text.size()) return found;
+  return {.value = static_cast<unsigned char>(text.back()), .length = 1};
+}
+
+}  // namespace
+
+CodePoint firstCodePoint(std::string_view text) {
+  if (isAscii(text.front())) return {.value = static_cast<unsigned char>(text.front()), .length = 1};
+  utf8proc_int32_t value = 0;
+  const auto length = utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &value);
+  if (length <= 0) return {.value = U'\uFFFD', .length = 1};
+  return {.value = static_cast<char32_t>(value), .length = static_cast<std::size_t>(length)};
+}
+
+bool isHorizontalSpace(char32_t c) {
+  if (c < 0x80) return c == U' ' || c == U'\t';
+  return utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS;
+}
+
+bool isWhiteSpace(char32_t c) {
+  if (c < 0x80) return c == U' ' || (c >= U'\t' && c <= U'\r');
+  return c == 0x85 || c == 0x2028 || c == 0x2029 || isHorizontalSpace(c);
+}
+
+std::string_view trim(std::string_view text) {
+  while (!text.empty()) {
+    const CodePoint first = firstCodePoint(text);
+    if (!isHorizontalSpace(first.value)) break;
+    text.remove_prefix(first.length);
+  }
+  while (!text.empty()) {
+    const CodePoint last = isAscii(text.back()) ? firstCodePoint(text.substr(text.size() - 1)) : lastCodePoint(text);
+    if (!isHorizontalSpace(last.value)) break;
+    text.remove_suffix(last.length);
+  }
+  return text;
+}
+
+std::string_view firstCharacter(std::string_view text) {
+  // Of two ASCII characters only CR LF belong together.
+  if (isAscii(text[0]) && (text.size() == 1 || (isAscii(text[1]) && text[1] != '\n'))) return text.substr(0, 1);
+  CodePoint previous = firstCodePoint(text);
+  std::size_t end = previous.length;
+  utf8proc_int32_t state = 0;
+  while (end < text.size()) {
+    const CodePoint next = firstCodePoint(text.substr(end));
+    if (utf8proc_grapheme_break_stateful(static_cast<utf8proc_int32_t>(previous.value),
+                                         static_cast<utf8proc_int32_t>(next.value), &state)) {
+      break;
+    }
+    end += next.length;
+    previous = next;
+  }
+  return text.substr(0, end);
+}
+
+bool standsAlone(std::string_view text, std::size_t at) {
+  const auto self = static_cast<utf8proc_int32_t>(static_cast<unsigned char>(text[at]));
+  const auto breaks = [](utf8proc_int32_t a, utf8proc_int32_t b) { return utf8proc_grapheme_break(a, b); };
+  if (at + 1 < text.size() && !isAscii(text[at + 1]) &&
+      !breaks(self, static_cast<utf8proc_int32_t>(firstCodePoint(text.substr(at + 1)).value))) {
+    return false;
+  }
+  return at == 0 || isAscii(text[at - 1]) ||
+         breaks(static_cast<utf8proc_int32_t>(lastCodePoint(text.substr(0, at)).value), self);
+}
+
+}  // namespace varnel::base
