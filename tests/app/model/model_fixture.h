@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <ranges>
+#include <string>
+#include <vector>
+
+#include "app/client/api_client.h"
+#include "app/client/async.h"
+#include "app/model/app_model.h"
+#include "tests/support/fake_bridge.h"
+#include "tests/support/waiting.h"
+
+namespace varnel::model {
+
+using support::await;
+using support::FakeBridge;
+using support::Script;
+using support::spinUntil;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using namespace std::chrono_literals;
+
+inline constexpr const char* kSessions = "/v1/sessions";
+inline constexpr const char* kProjects = "/v1/projects";
+inline constexpr const char* kModels = "/v1/models";
+inline constexpr const char* kUsage = "/v1/usage";
+inline constexpr const char* kRateLimit = "/v1/rate-limit";
+inline constexpr const char* kDetail = "/v1/sessions/s";
+inline constexpr const char* kMessages = "/v1/sessions/s/messages";
+inline constexpr const char* kGoal = "/v1/sessions/s/goal";
+inline constexpr const char* kClaim = "/v1/pair/claim";
+
+/// The records that the scripts answer with.
+namespace answers {
+std::string summary(const std::string& id, const std::string& commentary = "");
+std::string sessions(const std::vector<std::string>& summaries);
+std::string projects(const std::string& path);
+std::string models(const std::string& id);
+std::string usage(int usedPercent);
+std::string item(const std::string& id, const std::string& role, const std::string& text, double timestamp = 1000);
+std::string detail(const std::vector<std::string>& items, const std::string& more = "");
+std::string event(int sequence, const std::string& type, const std::optional<std::string>& sessionId = std::nullopt);
+std::string code(int version, const std::string& baseURL);
+}  // namespace answers
+
+/// A clock that moves, and whose sleepers wake, when the test says so.
+struct FakeClock {
+  double now = 1000;
+  std::vector<long> sleeps;  ///< seconds, of every sleep that began
+  client::Gate* sleeper = nullptr;
+
+  [[nodiscard]] bool isSleeping() const { return sleeper != nullptr; }
+  void wake() const { sleeper->open(); }
+};
+
+/// A model on a scripted bridge, with a keyring in memory and everything it publishes written down.
+class ModelTest : public testing::Test {
+ protected:
+  ModelTest();
+  ~ModelTest() override;
+
+  FakeBridge bridge;
+  std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
+  std::optional<wire::PairingCredentials> stored;
+  std::optional<QString> saveFailure;
+  std::vector<std::string> log;  ///< requests that reached the bridge and changes, in order
+  std::unique_ptr<AppModel> model;
+
+  [[nodiscard]] wire::PairingCredentials credentials(const std::string& token = "t") const;
+  [[nodiscard]] Surroundings surroundings();
+  /// Makes the model, paired or not.
+  void makePaired();
+  void makeUnpaired();
+  /// A paired model that is started, refreshed and connected, with the log emptied.
+  void makeConnected();
+  void destroyModel();
+
+  void expectGet(const std::string& target, const std::string& body);
+  void expectLists(const std::string& sessionId = "s");
+  void expectFullRefresh(const std::string& sessionId = "s");
+  void expectStream(int after, std::vector<std::string> first = {});
+  [[nodiscard]] static std::string streamTarget(int after);
+
+  [[nodiscard]] std::vector<std::string> requests() const;
+  [[nodiscard]] bool seen(const std::string& entry) const { return std::ranges::find(log, entry) != log.end(); }
+  [[nodiscard]] bool waitFor(const std::string& entry) const;
+  /// Gives everything that is under way the time to show, to see that nothing comes.
+  static void settle() { support::spinFor(60ms); }
+  [[nodiscard]] std::vector<std::string> transcriptIds() const;
+  QCoro::Task<bool> send(const std::string& text, bool asGoal = false);
+
+ private:
+  void watch();
+};
+
+}  // namespace varnel::model
