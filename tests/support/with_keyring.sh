@@ -14,6 +14,8 @@
 set -eu
 mode=$1
 shift
+trap 'exit 143' TERM
+trap 'exit 130' INT
 here=$(cd "$(dirname "$0")" && pwd)
 
 if [ -z "${VARNEL_KEYRING_SCRATCH:-}" ]; then
