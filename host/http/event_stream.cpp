@@ -45,8 +45,10 @@ void configure(Socket& socket, const Limits& limits) {
   timeout.idle_timeout = limits.silentTime;
   timeout.keep_alive_pings = true;
   socket.set_option(timeout);
-  socket.set_option(websocket::stream_base::decorator(
-      [](websocket::response_type& response) { response.set("Varnel-Contract", "1"); }));
+  socket.set_option(websocket::stream_base::decorator([](websocket::response_type& response) {
+    response.set("Varnel-Contract", "1");
+    response.erase(beast::http::field::server);
+  }));
   socket.read_message_max(kLongestMessage);
   socket.text(true);
 }

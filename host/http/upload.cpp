@@ -76,6 +76,8 @@ Answer keepOnce(service::Bridge& bridge, ArrivingFile& file, const http::fields&
 asio::awaitable<Answer> Connection::handleUpload(Header& header, Admitted admitted) {
   auto& bridge = m_surroundings.bridge;
   if (header.content_length().value_or(0) > kLimit) co_return lastAnswerTo(tooLarge().error());
+  const auto exists = co_await bridge.commands.checkExists(admitted.match.ids[0]);
+  if (!exists) co_return lastAnswerTo(exists.error());
   ArrivingFile file(bridge.attachments.newFile());
   if (!file.isOpen()) co_return lastAnswerTo(notKept().error());
   co_await sendContinue(header);

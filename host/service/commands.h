@@ -31,6 +31,8 @@ class Commands {
   Task<void> archive(std::string sessionId);
   Task<void> unarchive(std::string sessionId);
   Task<void> resolve(std::string requestId, wire::ResolveBody body);
+  /// Fails for what is no conversation, archived ones included.
+  Task<void> checkExists(std::string sessionId);
   /// Pins or unpins a conversation; with an action, "track" and "untrack" say which one the lock screen follows, and
   /// "clear" ends that for one conversation or, without an id, for all.
   Task<void> track(wire::TrackingBody body);
@@ -39,7 +41,6 @@ class Commands {
   Task<wire::ConversationPreferences> checkedPreferences(wire::SettingsBody body);
   Task<agent::TurnInput> turnInput(std::string sessionId, wire::MessageBody body, std::string messageId);
   Task<void> checkProject(std::string cwd, bool acknowledged);
-  Task<void> checkExists(std::string sessionId);
   void begun(const std::string& sessionId, const agent::TurnInput& input);
 
   agent::Agent& m_agent;

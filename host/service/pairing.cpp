@@ -14,18 +14,23 @@ constexpr std::size_t kDeviceIdBytes = 12;
 
 }  // namespace
 
-Pairing::Offer Pairing::offer(std::function<void(const std::string&)> onClaimed) {
+Pairing::Offer Pairing::offer(OnEnd onEnd) {
+  const auto replaced = m_live ? m_live->onEnd : nullptr;
   Offer offer{.secret = store::randomText(kSecretBytes),
               .expiresAt = m_clock.wall() + static_cast<double>(kLifetime.count())};
-  m_live = Live{.secret = store::digestOf(offer.secret),
-                .expiry = m_clock.elapsed() + kLifetime,
-                .onClaimed = std::move(onClaimed)};
+  m_live =
+      Live{.secret = store::digestOf(offer.secret), .expiry = m_clock.elapsed() + kLifetime, .onEnd = std::move(onEnd)};
+  if (replaced) replaced(std::nullopt);
   return offer;
+}
+
+void Pairing::withdraw(const Offer& offer) {
+  if (m_live && m_live->secret == store::digestOf(offer.secret)) m_live.reset();
 }
 
 Outcome<wire::ClaimResult> Pairing::claim(const wire::ClaimBody& body) {
   if (isPaused()) return refuse(Failure::Kind::TooManyRequests, "Too many failed attempts. Try again in a minute.");
-  const auto onClaimed = m_live ? m_live->onClaimed : nullptr;
+  const auto onEnd = m_live ? m_live->onEnd : nullptr;
   if (!takeSecret(body.secret)) {
     noteFailure();
     return refuse(Failure::Kind::Forbidden, "This pairing code is not valid (any more). Show a new one.");
@@ -37,7 +42,7 @@ Outcome<wire::ClaimResult> Pairing::claim(const wire::ClaimBody& body) {
                              .createdAt = m_clock.wall(),
                              .lastSeenAt = std::nullopt};
   m_devices.add(device, store::digestOf(result.token));
-  if (onClaimed) onClaimed(device.name);
+  if (onEnd) onEnd(device.name);
   return result;
 }
 

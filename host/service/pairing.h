@@ -32,11 +32,12 @@ class Pairing {
     std::string secret;
     double expiresAt = 0;  ///< seconds since 1970, UTC
   };
-  /// Makes a new secret; the one before is worth nothing from now on. `onClaimed` is called with the device's name,
-  /// once at most, and never after the next offer.
-  Offer offer(std::function<void(const std::string&)> onClaimed);
-  /// Withdraws the live secret.
-  void withdraw() { m_live.reset(); }
+  /// Called once at most: with the name of the device that claimed, or with nothing when a newer offer took its place.
+  using OnEnd = std::function<void(const std::optional<std::string>& claimedBy)>;
+  /// Makes a new secret; the one before is worth nothing from now on.
+  Offer offer(OnEnd onEnd);
+  /// Makes an offer worthless, when it is still the live one; `onEnd` is not called.
+  void withdraw(const Offer& offer);
 
   /// The device that was let in. Its token leaves the bridge here and is not kept.
   Outcome<wire::ClaimResult> claim(const wire::ClaimBody& body);
@@ -45,7 +46,7 @@ class Pairing {
   struct Live {
     store::Digest secret;
     std::chrono::milliseconds expiry;
-    std::function<void(const std::string&)> onClaimed;
+    OnEnd onEnd;
   };
   [[nodiscard]] bool isPaused() const;
   [[nodiscard]] bool takeSecret(std::string_view secret);

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+#include <csignal>
+#include <iostream>
+
+#include "core/base/url.h"
+#include "host/cli/commands.h"
+#include "host/cli/control_server.h"
+#include "host/cli/listen_address.h"
+#include "host/http/server.h"
+#include "host/service/log.h"
+#include "host/store/state_directory.h"
+
+namespace varnel::cli {
+
+namespace asio = boost::asio;
+
+namespace {
+
+/// What is still running after that is left behind.
+constexpr std::chrono::seconds kShutdownTime{3};
+
+struct Addresses {
+  asio::ip::tcp::endpoint endpoint;
+  std::optional<base::Url> advertised;
+};
+
+std::expected<Addresses, std::string> readAddresses(const ServeOptions& options) {
+  Addresses addresses;
+  const auto endpoint = parseListenAddress(options.listen);
+  if (!endpoint) return std::unexpected(endpoint.error());
+  addresses.endpoint = *endpoint;
+  if (options.baseURL) {
+    addresses.advertised = base::Url::parse(*options.baseURL);
+    const auto parts = addresses.advertised ? addresses.advertised->parts() : base::Url::Parts{};
+    const bool isHttp = parts.scheme == "http" || parts.scheme == "https";
+    if (!isHttp || parts.authority.value_or("").empty()) {
+      return std::unexpected("\"" + *options.baseURL + "\" is not a base URL, such as http://my-host:8737.");
+    }
+  }
+  if (!endpoint->address().is_loopback() && !options.allowRemote) {
+    return std::unexpected("Listening on " + endpoint->address().to_string() +
+                           " would let other machines in; say --allow-remote if that is wanted.");
+  }
+  if (endpoint->address().is_unspecified() && !addresses.advertised) {
+    return std::unexpected("Listening on every address needs --base-url, so that phones know which one to use.");
+  }
+  return addresses;
+}
+
+http::AllowedHosts allowedHosts(const Addresses& addresses) {
+  http::AllowedHosts hosts;
+  const auto address = addresses.endpoint.address().to_string();
+  if (!addresses.endpoint.address().is_unspecified()) {
+    hosts.add(addresses.endpoint.address().is_v6() ? "[" + address + "]" : address);
+  }
+  if (addresses.advertised) {
+    const auto authority = *addresses.advertised->parts().authority;
+    hosts.add(authority.substr(0, authority.find(':', authority.starts_with('[') ? authority.find(']') : 0)));
+  }
+  return hosts;
+}
+
+/// Every part of a running bridge, in the order in which they need each other; destruction is the reverse. One thread.
+class Serving {
+ public:
+  Serving(store::StateDirectory directory, std::unique_ptr<store::Store> store, const ServeOptions& options,
+          const Addresses& addresses)
+      : m_directory(std::move(directory)),
+        m_store(std::move(store)),
+        m_agent(m_io.get_executor(), options.demo),
+        m_bridge(m_io.get_executor(), *m_store, m_agent, service::Clock::system()),
+        m_server(m_io.get_executor(), m_bridge, allowedHosts(addresses)),
+        m_addresses(addresses) {}
+
+  int run() {
+    const auto bound = m_server.listen(m_addresses.endpoint);
+    if (!bound) return fail("Cannot listen on " + urlOf(m_addresses.endpoint) + ": " + bound.error() + ".");
+    m_control.emplace(m_io.get_executor(), m_bridge, m_store->devices,
+                      m_addresses.advertised ? m_addresses.advertised->text() : urlOf(*bound));
+    const auto controlled = m_control->listen(m_directory.controlSocket());
+    if (!controlled) return fail("Cannot be controlled: " + controlled.error() + ".");
+    m_signals.async_wait([this](boost::system::error_code error, int) {
+      if (!error) stop();
+    });
+    asio::co_spawn(m_io, begin(urlOf(*bound)), asio::detached);
+    m_io.run();
+    // What has been told to end ends now, or never.
+    m_io.restart();
+    m_io.run_for(kShutdownTime);
+    return m_status;
+  }
+
+ private:
+  asio::awaitable<void> begin(std::string url) {
+    const auto started = co_await m_bridge.start();
+    if (!started) {
+      m_status = fail("The agent does not start: " + started.error());
+      stop();
+      co_return;
+    }
+    asio::co_spawn(m_io, m_server.run(), asio::detached);
+    asio::co_spawn(m_io, m_control->run(), asio::detached);
+    std::cout << "listening on " << url << std::endl;
+  }
+
+  void stop() {
+    m_server.stop();
+    m_control->stop();
+    m_bridge.stop();
+    m_io.stop();
+  }
+
+  asio::io_context m_io{1};
+  store::StateDirectory m_directory;
+  std::unique_ptr<store::Store> m_store;
+  agent::demo::DemoAgent m_agent;
+  service::Bridge m_bridge;
+  http::Server m_server;
+  std::optional<ControlServer> m_control;
+  Addresses m_addresses;
+  asio::signal_set m_signals{m_io, SIGINT, SIGTERM};
+  int m_status = 0;
+};
+
+}  // namespace
+
+int serve(const ServeOptions& options) {
+  ::umask(0077);
+  std::signal(SIGPIPE, SIG_IGN);
+  if (options.agent != "demo") return fail("There is no agent \"" + options.agent + "\"; this varnel knows demo.");
+  const auto addresses = readAddresses(options);
+  if (!addresses) return fail(addresses.error());
+  auto directory = store::StateDirectory::take(options.stateDirectory);
+  if (!directory) return fail("The state directory cannot be used: " + directory.error() + ".");
+  auto opened = store::Store::open(directory->database(), directory->uploads());
+  if (!opened) return fail("The state cannot be read: " + opened.error() + ".");
+  return Serving(std::move(*directory), std::move(*opened), options, *addresses).run();
+}
+
+}  // namespace varnel::cli
