@@ -79,7 +79,12 @@ wire::ConversationPreferences defaultPreferences() {
           .serviceTier = std::nullopt};
 }
 
-Result<wire::ConversationPreferences> settle(wire::ConversationPreferences preferences) {
+Result<wire::ConversationPreferences> settle(wire::ConversationPreferences preferences,
+                                             const wire::ConversationPreferences& before) {
+  if (preferences.model.empty()) preferences.model = before.model;
+  if (preferences.reasoningEffort.empty() && preferences.model == before.model) {
+    preferences.reasoningEffort = before.reasoningEffort;
+  }
   const JSONValue* model = findModel(preferences.model);
   if (model == nullptr) return unknown("model", preferences.model);
   preferences.model = text(*model, "id");

@@ -20,9 +20,10 @@ const std::vector<wire::ProjectRecord>& projectList();
 /// The catalogue's default model with its default effort.
 wire::ConversationPreferences defaultPreferences();
 
-/// Puts defaults for an empty model or effort and takes the tier "default" for none; Invalid, naming the value, when
-/// the catalogue does not have it.
-Result<wire::ConversationPreferences> settle(wire::ConversationPreferences preferences);
+/// Takes an empty model or effort from `before` (the effort from the model when that is another one) and the tier
+/// "default" for none; Invalid, naming the value, when the catalogue does not have it.
+Result<wire::ConversationPreferences> settle(wire::ConversationPreferences preferences,
+                                             const wire::ConversationPreferences& before);
 
 /// The conversation's name when it has one, else the base name of where it works.
 std::string projectOf(const wire::SessionSummary& summary);

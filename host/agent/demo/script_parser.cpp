@@ -40,6 +40,11 @@ double number(std::string_view text, double fallback) {
   return value;
 }
 
+/// Told from the hunks of a diff, which go on with a sign.
+bool isBlockLine(std::string_view line) {
+  return line.size() > 3 && line.starts_with("@@ ") && line[3] >= 'a' && line[3] <= 'z';
+}
+
 class Parser {
  public:
   Parser(std::string_view name, std::string_view text) : m_name(name) { split(text); }
@@ -66,7 +71,7 @@ class Parser {
     while (!text.empty()) {
       const std::string_view line = takeLine(text);
       ++number;
-      if (line.starts_with("@@ ")) {
+      if (isBlockLine(line)) {
         m_blocks.push_back(makeBlock(line.substr(3), number));
       } else if (!m_blocks.empty()) {
         m_blocks.back().body.append(line).append("\n");

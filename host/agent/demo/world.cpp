@@ -44,8 +44,8 @@ void sortByChange(std::vector<const DemoConversation*>& conversations) {
 }
 
 /// Puts the preferences in order; Invalid when they or the message are not to be taken.
-Result<void> check(TurnInput& input) {
-  auto settled = settle(std::move(input.preferences));
+Result<void> check(TurnInput& input, const wire::ConversationPreferences& before) {
+  auto settled = settle(std::move(input.preferences), before);
   if (!settled) return std::unexpected(settled.error());
   input.preferences = *std::move(settled);
   if (trimmed(input.text).empty() && input.attachments.empty()) {
@@ -176,7 +176,7 @@ Result<std::string> World::createSession(NewSession session) {
   if (!isOneOf(session.approvalPolicy, {"on-request", "never"})) {
     return failure(Invalid, "The agent knows no approval policy \"" + session.approvalPolicy + "\".");
   }
-  if (auto checked = check(session.firstTurn); !checked) return std::unexpected(checked.error());
+  if (auto checked = check(session.firstTurn, defaultPreferences()); !checked) return std::unexpected(checked.error());
 
   auto conversation = std::make_unique<DemoConversation>();
   conversation->ids = IdStream(m_options.seed, "created/" + std::to_string(++m_created));
@@ -196,7 +196,8 @@ Result<std::string> World::createSession(NewSession session) {
 /// Takes the preferences and writes the message down; false when it was received before.
 Result<bool> World::receive(Place& place, TurnInput& input) {
   DemoConversation& conversation = *place.conversation;
-  if (auto checked = check(input); !checked) return std::unexpected(checked.error());
+  const auto before = conversation.summary.turnPreferences.value_or(defaultPreferences());
+  if (auto checked = check(input, before); !checked) return std::unexpected(checked.error());
   if (!input.clientMessageId.empty() && !conversation.heard.insert(input.clientMessageId).second) return false;
   Scribe& scribe = performerOf(place).scribe();
   if (conversation.summary.turnPreferences != input.preferences) {
@@ -254,9 +255,10 @@ void World::pursue(Place& place) {
 Result<void> World::updateSettings(const std::string& sessionId, wire::ConversationPreferences preferences) {
   const auto place = openUnarchived(sessionId);
   if (!place) return std::unexpected(place.error());
-  auto settled = settle(std::move(preferences));
+  auto& current = (*place)->conversation->summary.turnPreferences;
+  auto settled = settle(std::move(preferences), current.value_or(defaultPreferences()));
   if (!settled) return std::unexpected(settled.error());
-  (*place)->conversation->summary.turnPreferences = *settled;
+  current = *settled;
   performerOf(**place).scribe().report(Change::Kind::Settings);
   return {};
 }
