@@ -16,6 +16,7 @@ namespace varnel::json {
 
 namespace {
 
+using detail::Escape;
 using detail::skipPlain;
 
 bool isSpace(char c) {
@@ -29,79 +30,6 @@ constexpr std::string_view describe(Kind kind) {
   constexpr std::array<std::string_view, 6> kNames = {"null",     "a boolean", "a number",
                                                       "a string", "an object", "an array"};
   return kNames[static_cast<std::size_t>(kind)];
-}
-
-/// Four hexadecimal digits, or -1.
-int hexQuad(const char* p, const char* end) {
-  if (end - p < 4) return -1;
-  unsigned value = 0;
-  const auto [last, fault] = std::from_chars(p, p + 4, value, 16);
-  return last == p + 4 ? static_cast<int>(value) : -1;
-}
-
-void appendUtf8(std::string& out, unsigned code) {
-  const auto put = [&out](unsigned byte) { out.push_back(static_cast<char>(byte)); };
-  if (code < 0x80) {
-    put(code);
-  } else if (code < 0x800) {
-    put(0xC0 | (code >> 6));
-    put(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    put(0xE0 | (code >> 12));
-    put(0x80 | ((code >> 6) & 0x3F));
-    put(0x80 | (code & 0x3F));
-  } else {
-    put(0xF0 | (code >> 18));
-    put(0x80 | ((code >> 12) & 0x3F));
-    put(0x80 | ((code >> 6) & 0x3F));
-    put(0x80 | (code & 0x3F));
-  }
-}
-
-/// What `\n` and its like stand for, or 0 when the letter is none of them.
-char simpleEscape(char letter) {
-  switch (letter) {
-    case '"':
-    case '\\':
-    case '/':
-      return letter;
-    case 'b':
-      return '\b';
-    case 'f':
-      return '\f';
-    case 'n':
-      return '\n';
-    case 'r':
-      return '\r';
-    case 't':
-      return '\t';
-    default:
-      return 0;
-  }
-}
-
-struct Escape {
-  unsigned code = 0;  ///< the character it stands for
-  int length = 0;     ///< bytes of the text, the backslash included; 0 when it is none
-  bool lone = false;  ///< half of a surrogate pair without the other
-};
-
-/// The escape that begins at the backslash `p`.
-Escape readEscape(const char* p, const char* end) {
-  if (end - p < 2) return {};
-  if (p[1] != 'u') {
-    const char c = simpleEscape(p[1]);
-    return c == 0 ? Escape{} : Escape{.code = static_cast<unsigned char>(c), .length = 2};
-  }
-  const int first = hexQuad(p + 2, end);
-  if (first < 0) return {};
-  if (first < 0xD800 || first > 0xDFFF) return {.code = static_cast<unsigned>(first), .length = 6};
-  if (first > 0xDBFF || end - p < 12 || p[6] != '\\' || p[7] != 'u') return {.lone = true};
-  const int second = hexQuad(p + 8, end);
-  if (second < 0xDC00 || second > 0xDFFF) return {.lone = true};
-  return {
-      .code = 0x10000U + ((static_cast<unsigned>(first) - 0xD800U) << 10) + (static_cast<unsigned>(second) - 0xDC00U),
-      .length = 12};
 }
 
 }  // namespace
@@ -122,6 +50,10 @@ bool Reader::fail(std::string reason) {
   return false;
 }
 
+bool Reader::failAt(const char* place, std::string_view reason) {
+  return fail(std::string(reason) + " at byte " + std::to_string(place - m_begin));
+}
+
 void Reader::rewind(const Mark& mark) {
   m_position = mark.position;
   m_depth = mark.depth;
@@ -134,9 +66,8 @@ void Reader::skipSpace() {
 }
 
 bool Reader::unexpected() {
-  const std::string at = " at byte " + std::to_string(m_position - m_begin);
-  if (m_position == m_end) return fail("unexpected end of text" + at);
-  return fail("unexpected " + excerpt({m_position, std::min(m_end, m_position + 1)}) + at);
+  if (m_position == m_end) return failAt(m_position, "unexpected end of text");
+  return failAt(m_position, "unexpected " + excerpt({m_position, m_position + 1}));
 }
 
 bool Reader::peek(Kind& kind) {
@@ -267,54 +198,48 @@ bool Reader::readInteger(std::int64_t& out) {
   return true;
 }
 
-bool Reader::unescape(const char* begin, std::string& out) {
-  const char* p = begin;
-  for (;;) {
-    const char* run = skipPlain(p, m_end);
-    out.append(p, run);
-    p = m_position = run;
-    if (p == m_end) return unexpected();
-    if (*p == '"') {
-      ++m_position;
-      return true;
+/// Finds the end of the string whose opening quote stands next and checks all of it; `raw` is what stands between the
+/// quotes. Most strings end before anything special comes up.
+inline bool Reader::scanString(std::string_view& raw, bool& escaped) {
+  const char* begin = m_position + 1;
+  const char* p = skipPlain(begin, m_end);
+  escaped = p == m_end || *p != '"';
+  if (escaped && !scanEscaped(p)) return false;
+  raw = {begin, p};
+  m_position = p + 1;
+  return true;
+}
+
+/// The rest of such a string, from its first special character to the closing quote.
+bool Reader::scanEscaped(const char*& p) {
+  for (;; p = skipPlain(p, m_end)) {
+    if (p == m_end) {
+      m_position = p;
+      return unexpected();
     }
-    if (*p != '\\') return fail("control character in a string at byte " + std::to_string(p - m_begin));
-    const Escape escape = readEscape(p, m_end);
-    if (escape.lone) return fail("lone surrogate at byte " + std::to_string(p - m_begin));
-    if (escape.length == 0) return fail("bad escape at byte " + std::to_string(p - m_begin));
-    appendUtf8(out, escape.code);
+    if (*p == '"') return true;
+    if (*p != '\\') return failAt(p, "control character in a string");
+    if (m_end - p > 1 && detail::simpleEscape(p[1]) != 0) {
+      p = detail::skipCommonEscapes(p + 2, m_end);
+      continue;
+    }
+    const Escape escape = detail::readUnicodeEscape(p, m_end);
+    if (escape.lone) return failAt(p, "lone surrogate");
+    if (escape.length == 0) return failAt(p, "bad escape");
     p += escape.length;
   }
 }
 
 bool Reader::readString(std::string& out) {
-  if (!expect(Kind::String, '"')) return false;
-  const char* begin = m_position + 1;
-  const char* end = skipPlain(begin, m_end);
-  if (end != m_end && *end == '"') {
-    out.assign(begin, end);
-    m_position = end + 1;
-    return true;
+  std::string_view raw;
+  bool escaped = false;
+  if (!expect(Kind::String, '"') || !scanString(raw, escaped)) return false;
+  if (escaped) {
+    detail::unescape(raw, out);
+  } else {
+    out.assign(raw);
   }
-  out.clear();
-  return unescape(begin, out);
-}
-
-bool Reader::skipString() {
-  const char* p = m_position + 1;
-  for (;;) {
-    p = skipPlain(p, m_end);
-    if (p != m_end && *p == '"') {
-      m_position = p + 1;
-      return true;
-    }
-    const Escape escape = p != m_end && *p == '\\' ? readEscape(p, m_end) : Escape{};
-    if (escape.length == 0) break;
-    p += escape.length;
-  }
-  // The slow way finds the same fault again and words it.
-  std::string ignored;
-  return unescape(p, ignored);
+  return true;
 }
 
 bool Reader::enter() {
@@ -358,14 +283,10 @@ bool Reader::separator(char closing, bool& more) {
 bool Reader::readKey(std::string_view& key) {
   skipSpace();
   if (m_position == m_end || *m_position != '"') return unexpected();
-  const char* begin = m_position + 1;
-  const char* end = skipPlain(begin, m_end);
-  if (end != m_end && *end == '"') {
-    key = {begin, end};
-    m_position = end + 1;
-  } else {
-    m_key.clear();
-    if (!unescape(begin, m_key)) return false;
+  bool escaped = false;
+  if (!scanString(key, escaped)) return false;
+  if (escaped) {
+    detail::unescape(key, m_key);
     key = m_key;
   }
   skipSpace();
@@ -386,7 +307,11 @@ bool Reader::nextElement(bool& more) {
 bool Reader::skipScalar() {
   Kind kind{};
   if (!peek(kind)) return false;
-  if (kind == Kind::String) return skipString();
+  if (kind == Kind::String) {
+    std::string_view ignored;
+    bool escaped = false;
+    return scanString(ignored, escaped);
+  }
   if (kind == Kind::Null) return literal("null");
   if (kind == Kind::Bool) return literal(*m_position == 't' ? "true" : "false");
   NumberToken token;

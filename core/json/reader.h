@@ -74,11 +74,12 @@ class Reader {
   bool readKey(std::string_view& key);
   bool separator(char closing, bool& more);
   bool scanNumber(NumberToken& token);
-  bool unescape(const char* begin, std::string& out);
-  bool skipString();
+  bool scanString(std::string_view& raw, bool& escaped);
+  bool scanEscaped(const char*& p);
   bool skipScalar();
   bool enter();
   bool unexpected();
+  bool failAt(const char* place, std::string_view reason);
 
   const char* m_begin;
   const char* m_position;

@@ -2,9 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <bit>
+#include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -37,22 +41,169 @@ inline const char* skipPlainPortable(const char* p, const char* end) {
   return p;
 }
 
+#if defined(__SSE2__)
+/// A bit for each quote, backslash and control character among sixteen bytes.
+inline unsigned endsOfPlainRuns(__m128i v) {
+  const __m128i quote = _mm_cmpeq_epi8(v, _mm_set1_epi8('"'));
+  const __m128i slash = _mm_cmpeq_epi8(v, _mm_set1_epi8('\\'));
+  const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(v, _mm_set1_epi8(0x1f)), v);
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(quote, slash), control)));
+}
+#endif
+
 /// The first quote, backslash or control character, or the end.
 inline const char* skipPlain(const char* p, const char* end) {
 #if defined(__SSE2__)
-  const __m128i quote = _mm_set1_epi8('"');
-  const __m128i slash = _mm_set1_epi8('\\');
-  const __m128i control = _mm_set1_epi8(0x1f);
   for (; end - p >= 16; p += 16) {
     __m128i v;
     std::memcpy(&v, p, sizeof v);
-    const __m128i hit = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, quote), _mm_cmpeq_epi8(v, slash)),
-                                     _mm_cmpeq_epi8(_mm_min_epu8(v, control), v));
-    const int mask = _mm_movemask_epi8(hit);
-    if (mask != 0) return p + std::countr_zero(static_cast<unsigned>(mask));
+    const unsigned found = endsOfPlainRuns(v);
+    if (found != 0) return p + std::countr_zero(found);
   }
 #endif
   return skipPlainPortable(p, end);
+}
+
+/// From a backslash on, passes over as many escapes of the commonest kinds as it can, without a branch for each: their
+/// distances cannot be predicted. Ends at the string's closing quote, at another kind of escape, at a control character
+/// or anywhere near the end of the text, never between a backslash and its letter.
+inline const char* skipCommonEscapes(const char* p, const char* end) {
+#if defined(__SSE2__)
+  constexpr std::uint64_t kOddBits = 0xAAAAAAAAAAAAAAAA;
+  while (end - p >= 64) {
+    std::uint64_t slashes = 0;
+    std::uint64_t stops = 0;    // quotes and control characters
+    std::uint64_t letters = 0;  // what may follow a backslash
+    for (int i = 0; i < 64; i += 16) {
+      __m128i v;
+      std::memcpy(&v, p + i, sizeof v);
+      const __m128i slash = _mm_cmpeq_epi8(v, _mm_set1_epi8('\\'));
+      const __m128i quote = _mm_cmpeq_epi8(v, _mm_set1_epi8('"'));
+      const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(v, _mm_set1_epi8(0x1f)), v);
+      const __m128i newline = _mm_cmpeq_epi8(v, _mm_set1_epi8('n'));
+      const auto bits = [i](__m128i mask) {
+        return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(mask))) << i;
+      };
+      slashes |= bits(slash);
+      stops |= bits(_mm_or_si128(quote, control));
+      letters |= bits(_mm_or_si128(_mm_or_si128(slash, quote), newline));
+    }
+    // Of a run of backslashes every other one is a letter; the subtraction carries along each run.
+    const std::uint64_t ends = (((slashes << 1) | kOddBits) - slashes) ^ kOddBits;
+    const std::uint64_t escaped = ends ^ slashes;
+    const std::uint64_t open = (ends & slashes) >> 63;
+    stops = (stops & ~escaped) | ((escaped & ~letters) >> 1);
+    if (stops != 0) return p + std::countr_zero(stops);
+    p += 64 - open;
+  }
+#endif
+  return p;
+}
+
+/// `skipPlain` that copies what it passes to `to` and moving that along. May write as many bytes as are left of the
+/// text.
+inline const char* copyPlain(const char* p, const char* end, char*& to) {
+#if defined(__SSE2__)
+  for (; end - p >= 16; p += 16, to += 16) {
+    __m128i v;
+    std::memcpy(&v, p, sizeof v);
+    std::memcpy(to, &v, sizeof v);
+    const unsigned found = endsOfPlainRuns(v);
+    if (found == 0) continue;
+    to += std::countr_zero(found);
+    return p + std::countr_zero(found);
+  }
+#endif
+  const char* stop = skipPlainPortable(p, end);
+  std::memcpy(to, p, static_cast<std::size_t>(stop - p));
+  to += stop - p;
+  return stop;
+}
+
+/// What `\n` and its like stand for, by the letter; 0 when the letter is none of them.
+inline constexpr auto kSimpleEscapes = [] {
+  std::array<char, 256> table{};
+  for (const char letter : {'"', '\\', '/'}) table[static_cast<unsigned char>(letter)] = letter;
+  table['b'] = '\b';
+  table['f'] = '\f';
+  table['n'] = '\n';
+  table['r'] = '\r';
+  table['t'] = '\t';
+  return table;
+}();
+
+inline char simpleEscape(char letter) {
+  return kSimpleEscapes[static_cast<unsigned char>(letter)];
+}
+
+/// Four hexadecimal digits, or -1.
+inline int hexQuad(const char* p, const char* end) {
+  if (end - p < 4) return -1;
+  unsigned value = 0;
+  const auto [last, fault] = std::from_chars(p, p + 4, value, 16);
+  return last == p + 4 ? static_cast<int>(value) : -1;
+}
+
+struct Escape {
+  unsigned code = 0;  ///< the character it stands for
+  int length = 0;     ///< bytes of the text, the backslash included; 0 when it is none
+  bool lone = false;  ///< half of a surrogate pair without the other
+};
+
+/// The escape `\uXXXX`, or the pair of them, that begins at the backslash `p`.
+inline Escape readUnicodeEscape(const char* p, const char* end) {
+  if (end - p < 2 || p[1] != 'u') return {};
+  const int first = hexQuad(p + 2, end);
+  if (first < 0) return {};
+  if (first < 0xD800 || first > 0xDFFF) return {.code = static_cast<unsigned>(first), .length = 6};
+  if (first > 0xDBFF || end - p < 12 || p[6] != '\\' || p[7] != 'u') return {.lone = true};
+  const int second = hexQuad(p + 8, end);
+  if (second < 0xDC00 || second > 0xDFFF) return {.lone = true};
+  return {
+      .code = 0x10000U + ((static_cast<unsigned>(first) - 0xD800U) << 10) + (static_cast<unsigned>(second) - 0xDC00U),
+      .length = 12};
+}
+
+/// Writes the UTF-8 of a character and returns where it ends.
+inline char* putUtf8(char* out, unsigned code) {
+  const auto put = [&out](unsigned byte) { *out++ = static_cast<char>(byte); };
+  if (code < 0x80) {
+    put(code);
+  } else if (code < 0x800) {
+    put(0xC0 | (code >> 6));
+    put(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    put(0xE0 | (code >> 12));
+    put(0x80 | ((code >> 6) & 0x3F));
+    put(0x80 | (code & 0x3F));
+  } else {
+    put(0xF0 | (code >> 18));
+    put(0x80 | ((code >> 12) & 0x3F));
+    put(0x80 | ((code >> 6) & 0x3F));
+    put(0x80 | (code & 0x3F));
+  }
+  return out;
+}
+
+/// What stands between the quotes of a string that was found right, its escapes resolved.
+inline void unescape(std::string_view raw, std::string& out) {
+  // No escape is shorter than what it stands for, so the result never overtakes the text.
+  out.resize_and_overwrite(raw.size(), [raw](char* begin, std::size_t) {
+    const char* end = raw.data() + raw.size();
+    char* to = begin;
+    for (const char* p = raw.data();;) {
+      p = copyPlain(p, end, to);
+      if (p == end) return static_cast<std::size_t>(to - begin);
+      if (const char simple = simpleEscape(p[1]); simple != 0) {
+        *to++ = simple;
+        p += 2;
+        continue;
+      }
+      const Escape escape = readUnicodeEscape(p, end);
+      to = putUtf8(to, escape.code);
+      p += escape.length;
+    }
+  });
 }
 
 }  // namespace varnel::json::detail

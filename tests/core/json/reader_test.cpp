@@ -140,6 +140,40 @@ TEST(Reader, ReadsIntegersExactlyHoweverTheyAreWritten) {
   }
 }
 
+TEST(Reader, ResolvesAndChecksEscapesAtEveryOffset) {
+  // Every place around the blocks in which a string is scanned once its first escape is found.
+  struct Case {
+    std::string raw;
+    std::string value;
+  };
+  const std::vector<Case> good = {
+      {R"(\n)", "\n"},    {R"(\\)", "\\"},           {R"(\\\\\\)", "\\\\\\"},       {R"(\\\"\\)", "\\\"\\"},
+      {R"(\u0041)", "A"}, {R"(\ud83d\ude00)", "😀"}, {R"(\b\f\r\t\/)", "\b\f\r\t/"}};
+  const std::vector<Case> bad = {{R"(\x)", "bad escape"},
+                                 {R"(\\\u00g0)", "bad escape"},
+                                 {R"(\udc00)", "lone surrogate"},
+                                 {"\x01", "control character in a string"},
+                                 {"\\\x01", "bad escape"}};
+  const std::string tail(100, 'x');
+  for (std::size_t offset = 0; offset < 140; ++offset) {
+    const std::string begin = "\"\\n" + std::string(offset, 'a');
+    for (const auto& [raw, value] : good) {
+      for (const std::string& rest : {std::string(), tail}) {
+        const std::string text = begin + raw + rest + "\"";
+        EXPECT_EQ(parse(text), JSONValue("\n" + std::string(offset, 'a') + value + rest)) << text;
+        EXPECT_TRUE(RawValue::parse(text)) << text;
+        EXPECT_FALSE(RawValue::parse(text + "\"")) << text;
+      }
+    }
+    for (const auto& [raw, reason] : bad) {
+      const std::size_t at = offset + 3 + (raw.starts_with(R"(\\)") ? 2 : 0);
+      const auto refused = RawValue::parse(begin + raw + tail + "\"");
+      ASSERT_FALSE(refused) << raw;
+      EXPECT_EQ(refused.error().reason, reason + " at byte " + std::to_string(at)) << raw;
+    }
+  }
+}
+
 TEST(Reader, FindsTheEndOfAPlainRunAtEveryOffset) {
   // Every special byte at every place of a run longer than two vectors, and the same by the portable way.
   for (const char special : {'"', '\\', '\n', '\0', '\x1f'}) {
