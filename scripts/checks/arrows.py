@@ -20,7 +20,8 @@ QML_MODULE = re.compile(r"qt_add_qml_module\s*\([^)]*?\bURI\s+\"?([\w.]+)", re.S
 COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/|("(?:\\.|[^"\\\n])*")', re.S)
 
 QT = re.compile(r"Q[A-Z]\w*(/\w+)?$|Qt\w*/|q[a-z]+\.h$|qcoro|QCoro")
-ASIO = re.compile(r"boost/(asio|beast)\b|asio\b")
+ASIO = re.compile(r"boost/asio\b|asio\b")
+BEAST = re.compile(r"boost/beast\b")
 OUTSIDE_WORLD = re.compile(
     r"(thread|mutex|shared_mutex|condition_variable|future|semaphore|latch|barrier|stop_token|iostream|fstream|"
     r"filesystem|random|pthread\.h|unistd\.h|sys/.*)$"
@@ -35,9 +36,10 @@ REFUSED_LIBRARIES = {
     "core": [
         (QT, "core knows no Qt"),
         (ASIO, "core knows no Asio"),
+        (BEAST, "core knows no Asio, and Beast stands on it"),
         (OUTSIDE_WORLD, "core has no threads, no I/O, no clock and no randomness"),
     ],
-    "app": [(ASIO, "the app speaks through Qt, not Asio")],
+    "app": [(ASIO, "the app waits in Qt's event loop, not in Asio's")],
     "host": [(QT, "the host has no Qt")],
 }
 

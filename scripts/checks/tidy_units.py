@@ -15,6 +15,8 @@ from pathlib import Path
 
 # Built by presets of their own, with libraries that preset dev does not look for.
 NOT_IN_THIS_BUILD = ("bench/", "fuzz/")
+# Sources in such a folder are there to be refused by the compiler.
+REFUSED = "/refused/"
 
 
 def compiled_units(build_dir, root):
@@ -40,7 +42,7 @@ def main(build_dir, changed):
     texts = {unit: (root / unit).read_text(encoding="utf-8") for unit in units}
     chosen, uncompiled = set(), []
     for path in changed:
-        if path.startswith(NOT_IN_THIS_BUILD):
+        if path.startswith(NOT_IN_THIS_BUILD) or REFUSED in path:
             continue
         if path.endswith(".cpp"):
             (chosen.add if path in units else uncompiled.append)(path)

@@ -100,7 +100,7 @@ class TidyUnits(ScratchCase):
         return result.stdout.splitlines(), result.returncode
 
     def test_headers_are_seen_through_a_unit(self):
-        self.assertEqual(self.units("core/a.h", "core/alone.h", "bench/x.cpp"), (["core/a.cpp", "core/b.cpp"], 0))
+        self.assertEqual(self.units("core/a.h", "core/alone.h", "bench/x.cpp", "tests/refused/y.cpp"), (["core/a.cpp", "core/b.cpp"], 0))
 
     def test_a_source_that_nothing_compiles_is_no_success(self):
         self.assertEqual(self.units("core/lost.cpp")[1], 1)
