@@ -40,7 +40,7 @@ Task<Result<wire::PairingCredentials>> toCredentials(Task<Result<wire::ClaimResu
 }  // namespace
 
 APIClient::APIClient(std::optional<wire::PairingCredentials> credentials, ClientOptions options)
-    : m_credentials(std::move(credentials)), m_options(options), m_network(std::make_shared<Network>()) {}
+    : m_credentials(std::move(credentials)), m_options(options) {}
 
 APIClient::~APIClient() {
   m_gone.request_stop();
@@ -51,8 +51,7 @@ void APIClient::setCredentials(std::optional<wire::PairingCredentials> credentia
 }
 
 CallContext APIClient::context() const {
-  return CallContext{
-      m_network, {m_options.timeout, m_options.answerLimit}, m_options.decodeHereLimit, m_gone.get_token()};
+  return CallContext{{m_options.timeout, m_options.answerLimit}, m_options.decodeHereLimit, m_gone.get_token()};
 }
 
 template <class Answer>

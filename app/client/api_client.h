@@ -27,7 +27,6 @@
 
 namespace varnel::client {
 
-class Network;
 struct CallContext;
 
 /// Limits of every request; tests make them small.
@@ -42,11 +41,11 @@ struct ClientOptions {
 
 /// The only way to talk to the bridge: one coroutine an operation, under the operation's name.
 ///
-/// Main thread only; answers arrive there too, from the event loop; only a call that cannot be sent (not paired, not a
-/// valid request) has failed when it returns. Owned by the application
-/// model. Credentials are read when a call starts, so `setCredentials` counts from the next call on. Nothing is
-/// retried, and a POST reaches the wire at most once. No redirect is followed: a 3xx is a failure like any other status
-/// that is not 2xx. Proxies, cookies and caches are not used.
+/// Main thread only. Answers arrive there too, from the event loop; only a call that cannot be sent (not paired, not a
+/// valid request) has failed when it returns. Owned by the application model. Credentials are read when a call starts,
+/// so `setCredentials` counts from the next call on. Nothing is retried: a request reaches the wire at most once. No
+/// redirect is followed: a 3xx is a failure like any other status that is not 2xx. Proxies, cookies and caches are not
+/// used.
 ///
 /// A stopped token ends a call at its next turn of the event loop with `Cancelled`; so does destroying the client,
 /// which running calls survive. A token must be stopped on the main thread.
@@ -107,7 +106,6 @@ class APIClient {
 
   std::optional<wire::PairingCredentials> m_credentials;
   ClientOptions m_options;
-  std::shared_ptr<Network> m_network;
   std::stop_source m_gone;
 };
 

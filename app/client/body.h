@@ -2,20 +2,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace varnel::client {
 
-/// The bytes of an answer in the pieces they came in. Growing one buffer, or joining the pieces of a large answer,
-/// would hold the main thread for milliseconds, so they are joined where they are decoded.
+/// The bytes of an answer in pieces. Growing one buffer, or joining the pieces of a large answer, would hold the main
+/// thread for milliseconds, so they are joined where they are decoded.
 class Body {
  public:
-  void append(QByteArray piece) {
-    m_size += piece.size();
-    m_pieces.push_back(std::move(piece));
+  void append(std::string_view bytes) {
+    if (m_pieces.empty() || m_pieces.back().size() + bytes.size() > kPiece) m_pieces.emplace_back();
+    m_pieces.back().append(bytes);
+    m_size += static_cast<std::int64_t>(bytes.size());
   }
   [[nodiscard]] std::int64_t size() const { return m_size; }
 
@@ -23,8 +24,8 @@ class Body {
   std::string join() && {
     std::string text;
     text.reserve(static_cast<std::size_t>(m_size));
-    for (QByteArray& piece : m_pieces) {
-      text.append(piece.constData(), static_cast<std::size_t>(piece.size()));
+    for (std::string& piece : m_pieces) {
+      text.append(piece);
       piece = {};
     }
     m_pieces.clear();
@@ -32,7 +33,9 @@ class Body {
   }
 
  private:
-  std::vector<QByteArray> m_pieces;
+  static constexpr std::size_t kPiece = std::size_t{256} << 10;
+
+  std::vector<std::string> m_pieces;
   std::int64_t m_size = 0;
 };
 

@@ -120,7 +120,7 @@ void Exchange::writeSome() {
 void Exchange::readSome() {
   if (m_done) return;
   m_silence.start();
-  const QByteArray bytes = m_socket.read(kSlice);
+  const QByteArray bytes = m_socket.readAll();  // a slice at most, see setReadBufferSize
   becomes(m_parser.put({bytes.constData(), static_cast<std::size_t>(bytes.size())}));
 }
 

@@ -13,8 +13,7 @@ ClientError toClientError(live::RequestError error) {
 
 Task<Result<Body>> fetch(CallContext context, OutgoingRequest outgoing, std::stop_token stop) {
   if (!outgoing.request) co_return std::unexpected(toClientError(outgoing.request.error()));
-  auto answer =
-      co_await exchange(context.network, *std::move(outgoing.request), std::move(outgoing.file), context.limits, stop);
+  auto answer = co_await exchange(*std::move(outgoing.request), std::move(outgoing.file), context.limits, stop);
   if (!answer) co_return std::unexpected(answer.error());
   if (answer->status >= 200 && answer->status <= 299) co_return Result<Body>(std::move(answer->body));
 

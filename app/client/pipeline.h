@@ -23,7 +23,6 @@ namespace varnel::client {
 
 /// What a call takes along, so that it never looks back at the client that started it.
 struct CallContext {
-  std::shared_ptr<Network> network;
   ExchangeLimits limits;
   std::int64_t decodeHereLimit;  ///< bytes
   std::stop_token clientGone;

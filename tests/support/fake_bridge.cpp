@@ -259,6 +259,12 @@ void FakeBridge::injectRaw(std::string_view bytes) {
   }
 }
 
+void FakeBridge::sendTo(int connection, std::string_view bytes) {
+  for (const auto& [socket, peer] : m_peers) {
+    if (peer.number == connection) socket->write(bytesOf(bytes));
+  }
+}
+
 void FakeBridge::closeStreams(Script::Then how) {
   std::vector<QTcpSocket*> streams;
   for (const auto& [socket, peer] : m_peers) {

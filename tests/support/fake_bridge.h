@@ -74,6 +74,8 @@ class FakeBridge : public QObject {
   [[nodiscard]] int connections() const { return m_connections; }
   /// Fails the test when anything but the scripted requests came or one of those has not come yet.
   void verify();
+  /// Sends bytes on one connection as they are, to go on with an answer that was left unfinished.
+  void sendTo(int connection, std::string_view bytes);
 
   /// Answers the oldest such request that was met with silence, so that a test decides which answer comes first.
   void answer(std::string_view method, std::string_view target, const Script& script);

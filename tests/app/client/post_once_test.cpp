@@ -57,6 +57,8 @@ TEST_F(PostOnce, WhateverAServerDoesInsteadOfAnswering) {
       }
       bridge.expect("POST", kInterrupt, script);
       EXPECT_FALSE(await(client.interrupt("s")));
+      bridge.expect("GET", "/v1/projects", script);  // nothing is retried, so a second one is unexpected
+      EXPECT_FALSE(await(client.projects()));
       settle();
       EXPECT_EQ(bridge.count("POST", kInterrupt), ++before);
     }
