@@ -16,7 +16,6 @@ namespace {
 
 using platform::runBounded;
 using platform::SecretResult;
-using platform::SecretStore;
 using Clock = std::chrono::steady_clock;
 
 /// What is kept of `kLimit` for the files when the service uses up the rest.

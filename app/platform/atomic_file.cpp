@@ -89,7 +89,7 @@ std::expected<void, std::error_code> writeTemporary(int directory, const std::st
 
 std::expected<std::string, std::error_code> readAll(int descriptor) {
   std::string content;
-  std::array<char, 4096> block;
+  std::array<char, 4096> block{};
   for (;;) {
     const ssize_t count = ::read(descriptor, block.data(), block.size());
     if (count == 0) return content;

@@ -7,7 +7,6 @@
 #include <libsecret/secret.h>
 
 #include <memory>
-#include <span>
 #include <utility>
 
 namespace varnel::platform {
@@ -49,14 +48,13 @@ class Failure {
   }
   std::unexpected<SecretError> take() { return take(saysNoService()); }
   [[nodiscard]] bool isSet() const { return m_error != nullptr; }
-  [[nodiscard]] bool isCancellation() const { return g_error_matches(m_error, G_IO_ERROR, G_IO_ERROR_CANCELLED); }
+  [[nodiscard]] bool isCancellation() const { return is(G_IO_ERROR, G_IO_ERROR_CANCELLED); }
 
  private:
+  [[nodiscard]] bool is(GQuark domain, int code) const { return g_error_matches(m_error, domain, code) != FALSE; }
   [[nodiscard]] bool saysNoService() const {
-    return g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) ||
-           g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) ||
-           g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_EXEC_FAILED) ||
-           g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_CHILD_EXITED);
+    return is(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) || is(G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) ||
+           is(G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_EXEC_FAILED) || is(G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_CHILD_EXITED);
   }
 
   GError* m_error = nullptr;
@@ -87,6 +85,7 @@ GVariant* refusePrompt(SecretService*, SecretPrompt*, GCancellable*, const GVari
   return nullptr;
 }
 
+// NOLINTNEXTLINE(readability-function-size): libsecret sets the signature.
 void refusePromptLater(SecretService* service, SecretPrompt*, const GVariantType*, GCancellable*,
                        GAsyncReadyCallback callback, gpointer data) {
   g_task_report_new_error(service, callback, data, nullptr, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, "%s", kNoPrompt);
@@ -104,10 +103,10 @@ void initializeQuietClass(gpointer klass, gpointer /*data*/) {
 }
 
 GType quietServiceType() {
-  static const GType type =
+  static const GType kType =
       g_type_register_static_simple(SECRET_TYPE_SERVICE, "VarnelQuietSecretService", sizeof(SecretServiceClass),
                                     initializeQuietClass, sizeof(SecretService), nullptr, GTypeFlags{});
-  return type;
+  return kType;
 }
 
 /// A connection and a session with the service, for the length of one call.
@@ -148,6 +147,10 @@ SecretResult<Items> search(const Connection& connection, GHashTable* attributes,
   return items;
 }
 
+bool isLocked(SecretItem* item) {
+  return secret_item_get_locked(item) != FALSE;
+}
+
 SecretError lockedError() {
   return {.status = SECRET_ERROR_IS_LOCKED};
 }
@@ -157,7 +160,7 @@ SecretItem* newestReadable(GList* items) {
   SecretItem* newest = nullptr;
   for (const GList* entry = items; entry != nullptr; entry = entry->next) {
     auto* item = static_cast<SecretItem*>(entry->data);
-    if (secret_item_get_locked(item)) continue;
+    if (isLocked(item)) continue;
     if (newest == nullptr || secret_item_get_modified(item) > secret_item_get_modified(newest)) newest = item;
   }
   return newest;
@@ -175,8 +178,8 @@ SecretResult<void> SecretServiceStore::save(std::string secret, std::stop_token 
   const Attributes attributes = attributesOf(m_item);
   const Value value(secret_value_new(secret.data(), static_cast<gssize>(secret.size()), "text/plain"));
   Failure failure;
-  if (!secret_service_store_sync(connection->service.get(), nullptr, attributes.get(), SECRET_COLLECTION_DEFAULT,
-                                 m_item.label.c_str(), value.get(), cancellation.get(), failure.out())) {
+  if (secret_service_store_sync(connection->service.get(), nullptr, attributes.get(), SECRET_COLLECTION_DEFAULT,
+                                m_item.label.c_str(), value.get(), cancellation.get(), failure.out()) == FALSE) {
     return failure.take();
   }
   return {};
@@ -212,9 +215,9 @@ SecretResult<void> SecretServiceStore::remove(std::stop_token token) {
   for (const GList* entry = items->get(); entry != nullptr; entry = entry->next) {
     auto* item = static_cast<SecretItem*>(entry->data);
     Failure failure;
-    if (secret_item_get_locked(item)) {
+    if (isLocked(item)) {
       result = std::unexpected(lockedError());
-    } else if (!secret_item_delete_sync(item, cancellation.get(), failure.out())) {
+    } else if (secret_item_delete_sync(item, cancellation.get(), failure.out()) == FALSE) {
       result = failure.take();
     }
   }

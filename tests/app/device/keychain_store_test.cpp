@@ -3,12 +3,12 @@
 #include "app/device/keychain_store.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <condition_variable>
+#include <csignal>
 #include <fstream>
 #include <mutex>
 #include <random>

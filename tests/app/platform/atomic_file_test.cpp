@@ -3,13 +3,13 @@
 #include "app/platform/atomic_file.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <fstream>
 #include <random>
 #include <string>
