@@ -18,6 +18,7 @@
 
 #include "core/base/url.h"
 #include "core/json/enum_names.h"
+#include "core/json/excerpt.h"
 #include "core/json/raw_value.h"
 #include "core/json/reader.h"
 #include "core/json/value.h"
@@ -194,7 +195,7 @@ struct Codec<T> {
  private:
   struct Field {
     std::string_view name;
-    bool required;
+    bool required = true;
     bool (*read)(Reader&, T&);
     bool (*write)(Writer&, const T&);
   };

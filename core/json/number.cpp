@@ -85,7 +85,7 @@ std::string numberText(double value) {
   std::array<char, 32> buffer{};
   constexpr double kExactIntegers = 9'007'199'254'740'992.0;  // 2^53
   const bool integral = std::abs(value) <= kExactIntegers && std::trunc(value) == value;
-  const auto [end, fault] = integral && !(value == 0 && std::signbit(value))
+  const auto [end, fault] = integral && (value != 0 || !std::signbit(value))
                                 ? std::to_chars(buffer.begin(), buffer.end(), static_cast<std::int64_t>(value))
                                 : std::to_chars(buffer.begin(), buffer.end(), value);
   return {buffer.data(), end};

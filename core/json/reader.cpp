@@ -9,6 +9,8 @@
 #include <charconv>
 #include <string>
 
+#include "core/base/text.h"
+#include "core/json/excerpt.h"
 #include "core/json/number.h"
 #include "core/json/string_scan.h"
 
@@ -67,7 +69,8 @@ void Reader::skipSpace() {
 
 bool Reader::unexpected() {
   if (m_position == m_end) return failAt(m_position, "unexpected end of text");
-  return failAt(m_position, "unexpected " + excerpt({m_position, m_position + 1}));
+  const std::string_view rest(m_position, m_end);
+  return failAt(m_position, "unexpected " + excerpt(rest.substr(0, base::firstCodePoint(rest).length)));
 }
 
 bool Reader::peek(Kind& kind) {
@@ -320,27 +323,27 @@ bool Reader::skipScalar() {
   return true;
 }
 
+/// Moves to the next value of the container at hand, past a comma and a key; `more` is false when it ends instead.
+bool Reader::skipToValue(bool inObject, bool& more) {
+  if (!separator(inObject ? '}' : ']', more)) return false;
+  std::string_view key;
+  return !more || !inObject || readKey(key);
+}
+
 bool Reader::skipValue(std::string_view& text) {
   skipSpace();
   const char* begin = m_position;
   const int outside = m_depth;
   std::bitset<kMaxDepth + 1> isObject;
+  bool more = true;
   do {
-    if (m_depth > outside) {
-      bool more = false;
-      if (!separator(isObject[static_cast<std::size_t>(m_depth)] ? '}' : ']', more)) return false;
-      if (!more) continue;
-      std::string_view key;
-      if (isObject[static_cast<std::size_t>(m_depth)] && !readKey(key)) return false;
-    }
+    if (m_depth > outside && !skipToValue(isObject[static_cast<std::size_t>(m_depth)], more)) return false;
+    if (!more) continue;
     skipSpace();
     const char opening = m_position == m_end ? '\0' : *m_position;
-    if (opening == '{' || opening == '[') {
-      if (!enter()) return false;
-      isObject[static_cast<std::size_t>(m_depth)] = opening == '{';
-    } else if (!skipScalar()) {
-      return false;
-    }
+    const bool opens = opening == '{' || opening == '[';
+    if (!(opens ? enter() : skipScalar())) return false;
+    if (opens) isObject[static_cast<std::size_t>(m_depth)] = opening == '{';
   } while (m_depth > outside);
   text = {begin, m_position};
   return true;
@@ -350,31 +353,6 @@ bool Reader::finish() {
   skipSpace();
   if (m_failed) return false;
   return m_position == m_end || unexpected();
-}
-
-std::string excerpt(std::string_view text) {
-  constexpr int kMostCharacters = 40;
-  std::string out = "\"";
-  int shown = 0;
-  for (std::size_t i = 0; i < text.size(); ++shown) {
-    if (shown == kMostCharacters) return out + "\"…";
-    const auto lead = static_cast<unsigned char>(text[i]);
-    if (lead >= 0x20 && lead < 0x7F) {
-      if (lead == '"' || lead == '\\') out.push_back('\\');
-      out.push_back(text[i++]);
-      continue;
-    }
-    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    unsigned code = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-    std::size_t next = i + 1;
-    for (; next < text.size() && next < i + length; ++next)
-      code = (code << 6) | (static_cast<unsigned char>(text[next]) & 0x3FU);
-    i = next;
-    std::array<char, 8> digits{};
-    const auto [end, fault] = std::to_chars(digits.begin(), digits.end(), code, 16);
-    out.append("\\u{").append(digits.data(), end).append("}");
-  }
-  return out + "\"";
 }
 
 }  // namespace varnel::json

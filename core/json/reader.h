@@ -76,6 +76,7 @@ class Reader {
   bool scanNumber(NumberToken& token);
   bool scanString(std::string_view& raw, bool& escaped);
   bool scanEscaped(const char*& p);
+  bool skipToValue(bool inObject, bool& more);
   bool skipScalar();
   bool enter();
   bool unexpected();
@@ -90,8 +91,5 @@ class Reader {
   std::string m_key;  ///< a key that held escapes
   DecodeError m_error;
 };
-
-/// A short, printable piece of a text for an error message, in quotes; everything but plain ASCII as `\u{...}`.
-std::string excerpt(std::string_view text);
 
 }  // namespace varnel::json

@@ -55,7 +55,7 @@ std::optional<wire::ModelOption> parseModel(const JSONValue& model) {
       .displayName = displayName ? *displayName : *id,
       .efforts = parseEfforts(model),
       .defaultEffort = defaultEffort ? std::optional(*defaultEffort) : std::nullopt,
-      .isDefault = isDefault && isDefault->boolean() && *isDefault->boolean(),
+      .isDefault = isDefault != nullptr && isDefault->boolean() != nullptr && *isDefault->boolean(),
       .serviceTiers = parseTiers(model),
   };
 }

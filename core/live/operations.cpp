@@ -27,9 +27,11 @@ std::string inSession(std::string_view id, std::string_view operation) {
 }
 
 std::string withItem(std::string path, std::string_view name, const std::optional<std::string>& value, UrlSet set) {
-  if (!value) return path;
-  const bool first = !path.contains('?');
-  return std::move(path) + (first ? "?" : "&") + std::string(name) + "=" + percentEncode(*value, set);
+  if (value) {
+    path += path.contains('?') ? '&' : '?';
+    path.append(name).append(1, '=').append(percentEncode(*value, set));
+  }
+  return path;
 }
 
 /// What every turn's body says of its preferences; an absent tier is the default one.
@@ -114,7 +116,7 @@ Call updateSettings(std::string_view sessionId, const wire::ConversationPreferen
   return post(inSession(sessionId, "settings"), withPreferences(wire::SettingsBody{}, preferences));
 }
 
-Call createSession(wire::NewSessionBody body) {
+Call createSession(const wire::NewSessionBody& body) {
   return post("/v1/sessions", body);
 }
 

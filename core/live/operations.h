@@ -34,7 +34,7 @@ Call sendMessage(std::string_view sessionId, std::string text, const wire::Conve
 Call startGoal(std::string_view sessionId, std::string objective, const wire::ConversationPreferences& preferences,
                std::vector<wire::UploadedAttachment> attachments);
 Call updateSettings(std::string_view sessionId, const wire::ConversationPreferences& preferences);
-Call createSession(wire::NewSessionBody body);
+Call createSession(const wire::NewSessionBody& body);
 /// The id is percent-encoded.
 Call resolve(std::string_view requestId, json::JSONValue result);
 Call track(std::optional<std::string> sessionId, bool pin, std::optional<std::string> action);

@@ -172,13 +172,13 @@ class BlockParser {
     return true;
   }
 
-  template <class List, std::optional<TranscriptListItem> (*itemOf)(std::string_view)>
+  template <class List, std::optional<TranscriptListItem> (*ItemOf)(std::string_view)>
   bool takeList() {
-    auto item = itemOf(m_lines.line());
+    auto item = ItemOf(m_lines.line());
     if (!item) return false;
     flushParagraph();
     List list;
-    for (; item; item = m_lines.done() ? std::nullopt : itemOf(m_lines.line())) {
+    for (; item; item = m_lines.done() ? std::nullopt : ItemOf(m_lines.line())) {
       list.items.push_back(*std::move(item));
       m_lines.advance();
     }

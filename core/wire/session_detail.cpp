@@ -29,6 +29,14 @@ bool readMember(json::Reader& in, std::string_view name, SessionDetail::Member<T
   return true;
 }
 
+bool readAny(json::Reader& in, std::string_view key, SessionDetail& out) {
+  if (key == "items") return readMember(in, key, out.items);
+  if (key == "pendingRequests") return readMember(in, key, out.pendingRequests);
+  if (key == "session") return readMember(in, key, out.session);
+  std::string_view ignored;
+  return in.skipValue(ignored);
+}
+
 bool readDetail(json::Reader& in, SessionDetail& out) {
   json::Kind kind{};
   std::string_view ignored;
@@ -39,11 +47,7 @@ bool readDetail(json::Reader& in, SessionDetail& out) {
     std::string_view key;
     if (!in.nextMember(key, more)) return false;
     if (!more) return in.finish();
-    const bool read = key == "items"             ? readMember(in, key, out.items)
-                      : key == "pendingRequests" ? readMember(in, key, out.pendingRequests)
-                      : key == "session"         ? readMember(in, key, out.session)
-                                                 : in.skipValue(ignored);
-    if (!read) return false;
+    if (!readAny(in, key, out)) return false;
   }
 }
 

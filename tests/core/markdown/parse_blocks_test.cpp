@@ -126,7 +126,7 @@ TEST(ParseBlocks, StaysLinearOnHostileText) {
   // Each of these took a quadratic parser minutes.
   for (const std::string& text :
        {many(">", 100'000), many("> ", 1'000'000), many("```\n", 333'333), many("|", 1'000'000), many("|\n", 500'000),
-        many("|-\n", 500'000), many("- ", 1'000'000), std::string(50'000'000, 'a'), many("\u0301", 1'000'000),
+        many("|-\n", 500'000), many("- ", 1'000'000), many("a", 50'000'000), many("\u0301", 1'000'000),
         many("1", 1'000'000)}) {
     const auto blocks = parseTranscriptMarkdown(text);
     EXPECT_FALSE(blocks.empty());
