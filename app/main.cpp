@@ -47,7 +47,8 @@ Options parse(const QGuiApplication& application) {
   const QCommandLineOption scheme(QStringLiteral("color-scheme"), QStringLiteral("light, dark or system (default)."),
                                   QStringLiteral("SCHEME"), QStringLiteral("system"));
   const QCommandLineOption pairFrom(QStringLiteral("pair-from"),
-                                    QStringLiteral("Pair with the code in FILE; the file is removed once read."),
+                                    QStringLiteral("Pair with the code in FILE for this run alone; the device's own "
+                                                   "pairing is left as it is. FILE is removed once read."),
                                     QStringLiteral("FILE"));
   parser.addOptions({scheme, pairFrom});
   if (!parser.parse(application.arguments())) {
@@ -94,6 +95,18 @@ class NoNetworkFactory : public QQmlNetworkAccessManagerFactory {
   QNetworkAccessManager* create(QObject* parent) override { return new NoNetwork(parent); }
 };
 
+/// Forgets the pairing with the program, and knows of no other.
+varnel::model::CredentialStore forThisRun() {
+  return {.load = [] { return std::nullopt; }, .save = [](const auto&) { return std::nullopt; }, .remove = [] {}};
+}
+
+varnel::model::Surroundings surroundingsFor(const Options& options) {
+  const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+  auto surroundings = varnel::model::systemSurroundings(directory.toStdString());
+  if (!options.pairFrom.isEmpty()) surroundings.credentialStore = forThisRun();
+  return surroundings;
+}
+
 double secondsNow() {
   constexpr double kMillisecondsInSecond = 1000;
   return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / kMillisecondsInSecond;
@@ -113,8 +126,9 @@ int main(int argc, char* argv[]) {
   QGuiApplication::setDesktopFileName(QStringLiteral("org.varnel.Varnel"));
   const Options options = parse(application);
 
-  const QString dataDirectory = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-  varnel::model::AppModel model(varnel::model::systemSurroundings(dataDirectory.toStdString()));
+  const QString code = options.pairFrom.isEmpty() ? QString() : takeCode(options.pairFrom);
+
+  varnel::model::AppModel model(surroundingsFor(options));
   varnel::ui::Appearance appearance(options.scheme, QDBusConnection::sessionBus());
   varnel::screens::ShellState shell(model, {.now = secondsNow, .clipboard = clipboardText});
 
@@ -128,6 +142,6 @@ int main(int argc, char* argv[]) {
   engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Varnel/Screens/Main.qml")));
   if (engine.rootObjects().isEmpty()) return 1;
 
-  if (!options.pairFrom.isEmpty()) shell.pairing()->useCode(takeCode(options.pairFrom));
+  shell.pairing()->useCode(code);
   return QGuiApplication::exec();
 }

@@ -26,7 +26,6 @@ QtObject {
     readonly property color red: dark ? "#FF8078" : "#C0302B"
     readonly property color indigo: dark ? "#AAA0FF" : "#5A4BD1"
     readonly property color dim: Qt.rgba(0, 0, 0, dark ? 0.5 : 0.32)
-    readonly property color shadow: Qt.rgba(0, 0, 0, 0.18)
     readonly property color viewfinder: "#000000"
     readonly property color viewfinderText: "#ECEFF4"
     readonly property var tones: ({

@@ -34,6 +34,8 @@ std::optional<ColorScheme> colorSchemeNamed(const QString& name) {
 Appearance::Appearance(ColorScheme scheme, const QDBusConnection& bus, QObject* parent)
     : QObject(parent), m_scheme(scheme) {
   if (!bus.isConnected()) return;
+  // Slots are matched by the names of their types, and nobody has told this one's yet.
+  qRegisterMetaType<QDBusVariant>();
   QDBusConnection connection = bus;
   connection.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
                      SLOT(onSettingChanged(QString, QString, QDBusVariant)));

@@ -33,7 +33,9 @@ QString relativeTime(double moment, double now, const QLocale& locale) {
   const double age = now - moment;
   if (!std::isfinite(age)) return {};
   UErrorCode status = U_ZERO_ERROR;
-  const icu::RelativeDateTimeFormatter formatter(icu::Locale(locale.name().toLatin1().constData()), status);
+  // ICU has no words for the locale C; its own fallback knows no plural.
+  const QByteArray name = locale.language() == QLocale::C ? QByteArray("en") : locale.name().toLatin1();
+  const icu::RelativeDateTimeFormatter formatter(icu::Locale(name.constData()), status);
   icu::UnicodeString text;
   const auto step = std::ranges::find_if(kSteps, [age](const Step& each) { return age >= each.seconds; });
   if (step == kSteps.end()) {

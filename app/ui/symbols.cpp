@@ -3,7 +3,6 @@
 #include "app/ui/symbols.h"
 
 #include <QtCore/QHash>
-#include <QtCore/QStringList>
 #include <QtGui/QFontDatabase>
 
 namespace varnel::ui {
@@ -80,8 +79,8 @@ QString Symbols::glyph(const QString& name) {
   return QString(QChar(glyphs().value(name, kUnknownSymbol)));
 }
 
-bool Symbols::has(const QString& name) {
-  return glyphs().contains(name);
+QStringList Symbols::names() {
+  return glyphs().keys();
 }
 
 }  // namespace varnel::ui

@@ -5,6 +5,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QtCore/QObject>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 namespace varnel::ui {
 
@@ -22,7 +23,7 @@ class Symbols : public QObject {
   /// The family of the icon font; loaded at the first use.
   [[nodiscard]] QString family() const;
   [[nodiscard]] Q_INVOKABLE static QString glyph(const QString& name);
-  [[nodiscard]] static bool has(const QString& name);
+  [[nodiscard]] static QStringList names();
 };
 
 }  // namespace varnel::ui

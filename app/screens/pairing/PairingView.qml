@@ -6,23 +6,23 @@ import QtQuick.Controls
 import Varnel.Ui
 import Varnel.Screens
 
-Page {
+FocusScope {
     id: root
 
     required property PairingViewState pairing
 
-    title: qsTr("Varnel")
-    background: Rectangle {
-        color: Theme.page
-    }
-    header: TitleBar {
-        title: root.title
-    }
+    TitleBar {
+        id: bar
 
+        width: parent.width
+        title: qsTr("Varnel")
+    }
     Flickable {
         anchors.fill: parent
+        anchors.topMargin: bar.height
         contentWidth: width
         contentHeight: Math.max(height, column.height + 2 * 32)
+        focus: true
         boundsBehavior: Flickable.StopAtBounds
 
         Column {
@@ -43,12 +43,16 @@ Page {
                 width: column.width
                 spacing: Theme.unit
 
-                Label {
+                Text {
                     width: column.width
                     text: qsTr("Pair with Codex")
+                    textFormat: Text.PlainText
                     font: Theme.title2
+                    color: Theme.text
+                    wrapMode: Text.Wrap
                     horizontalAlignment: Text.AlignHCenter
                     Accessible.role: Accessible.Heading
+                    Accessible.name: text
                 }
                 Text {
                     width: column.width

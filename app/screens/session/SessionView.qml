@@ -7,7 +7,7 @@ import Varnel.Ui
 import Varnel.Screens
 
 /// One conversation. It opens at its end and stays there while the reader does; whoever scrolled up is left alone.
-Page {
+FocusScope {
     id: root
 
     required property SessionViewState session
@@ -15,12 +15,11 @@ Page {
 
     signal backRequested
 
-    title: session.title
-    background: Rectangle {
-        color: Theme.page
-    }
-    header: TitleBar {
-        title: root.title
+    TitleBar {
+        id: bar
+
+        width: parent.width
+        title: root.session.title
         canGoBack: root.canGoBack
         onBackRequested: root.backRequested()
 
@@ -32,14 +31,11 @@ Page {
             Accessible.name: qsTr("Codex is working")
         }
     }
-    footer: Composer {
-        session: root.session
-    }
-
     // Above the transcript and not in it, so that it is seen wherever the reader stands.
     Flickable {
         id: waiting
 
+        anchors.top: bar.bottom
         width: parent.width
         height: noticeRepeater.count > 0 ? Math.min(noticeColumn.height, parent.height * 0.4) : 0
         contentWidth: width
@@ -78,8 +74,10 @@ Page {
                 positionViewAtEnd();
         }
 
-        anchors.fill: parent
-        anchors.topMargin: waiting.height
+        anchors.top: waiting.bottom
+        anchors.bottom: composer.top
+        width: parent.width
+        focus: true
         clip: true
         spacing: Theme.unit
         activeFocusOnTab: true
@@ -128,5 +126,12 @@ Page {
         size: 32
         Accessible.role: Accessible.Animation
         Accessible.name: qsTr("Loading conversation")
+    }
+    Composer {
+        id: composer
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        session: root.session
     }
 }

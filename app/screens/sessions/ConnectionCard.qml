@@ -47,7 +47,6 @@ Rectangle {
                 anchors.rightMargin: Theme.unit
                 text: root.sessions.connectionText
                 font: Theme.subheadline
-                Accessible.role: Accessible.StaticText
             }
             Label {
                 id: contact

@@ -7,17 +7,16 @@ import Varnel.Ui
 import Varnel.Screens
 
 /// The home screen: the connection, then the conversations in the bridge's order.
-Page {
+FocusScope {
     id: root
 
     required property SessionsViewState sessions
 
-    title: qsTr("Varnel")
-    background: Rectangle {
-        color: Theme.page
-    }
-    header: TitleBar {
-        title: root.title
+    TitleBar {
+        id: bar
+
+        width: parent.width
+        title: qsTr("Varnel")
 
         SymbolButton {
             symbol: "arrow.clockwise"
@@ -38,6 +37,8 @@ Page {
         }
 
         anchors.fill: parent
+        anchors.topMargin: bar.height
+        clip: true
         leftMargin: Theme.margin
         rightMargin: Theme.margin
         bottomMargin: Theme.margin
@@ -66,14 +67,16 @@ Page {
                 width: parent.width
                 sessions: root.sessions
             }
-            Label {
+            Text {
                 visible: list.count > 0
                 width: parent.width
                 leftPadding: Theme.cardPadding
                 text: qsTr("Active and recent")
+                textFormat: Text.PlainText
                 font: Theme.captionBold
                 color: Theme.secondary
                 Accessible.role: Accessible.Heading
+                Accessible.name: text
             }
         }
         delegate: SessionDelegate {

@@ -55,6 +55,10 @@ FocusScope {
         height: root.height
         visible: root.wide || root.conversationOpen
 
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.page
+        }
         Repeater {
             model: root.shell.session ? [root.shell.session] : []
 

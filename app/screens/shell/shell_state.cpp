@@ -39,11 +39,12 @@ void ShellState::activated() {
 }
 
 void ShellState::replaceSession() {
-  // The screen of the former conversation is destroyed from the event loop, and it still reads its state until then.
-  if (m_session) m_session->deleteLater();
+  SessionViewState* former = m_session;
   const QString id = m_sessions.openId();
   m_session = id.isEmpty() ? nullptr : new SessionViewState(m_model, id, this);
   emit sessionChanged();
+  // After the signal, which sends the former screen to be deleted: that screen reads its state up to its end.
+  if (former) former->deleteLater();
 }
 
 }  // namespace varnel::screens

@@ -30,15 +30,8 @@ T.Dialog {
     background: Rectangle {
         radius: Theme.cardRadius
         color: Theme.surface
-
-        Rectangle {
-            z: -1
-            anchors.fill: parent
-            anchors.topMargin: Theme.unit
-            anchors.bottomMargin: -Theme.unit
-            radius: Theme.cardRadius
-            color: Theme.shadow
-        }
+        border.width: 1
+        border.color: Theme.hairline
     }
     T.Overlay.modal: Rectangle {
         color: Theme.dim
