@@ -54,7 +54,7 @@ ItemDelegate {
                 Text {
                     id: projectText
 
-                    width: Math.min(implicitWidth, parent.width - marks.width - whenText.implicitWidth - Theme.unit)
+                    width: Math.min(implicitWidth, parent.width - marks.width)
                     text: root.project
                     textFormat: Text.PlainText
                     font: Theme.headline
@@ -88,26 +88,15 @@ ItemDelegate {
                         Accessible.ignored: true
                     }
                 }
-                Text {
-                    id: whenText
-
-                    anchors.right: parent.right
-                    anchors.baseline: projectText.baseline
-                    text: root.when
-                    textFormat: Text.PlainText
-                    font: Theme.caption
-                    color: Theme.secondary
-                    Accessible.ignored: true
-                }
             }
             Item {
                 width: words.width
-                height: Math.max(commentaryText.height, stateText.height)
+                height: Math.max(commentaryText.height, aside.y + aside.height)
 
                 Text {
                     id: commentaryText
 
-                    width: parent.width - stateText.width - Theme.cardPadding
+                    width: parent.width - aside.width - Theme.cardPadding
                     text: root.commentary
                     textFormat: Text.PlainText
                     font: Theme.subheadline
@@ -118,16 +107,29 @@ ItemDelegate {
                     maximumLineCount: 2
                     Accessible.ignored: true
                 }
-                Text {
-                    id: stateText
+                Column {
+                    id: aside
 
                     anchors.right: parent.right
-                    y: commentaryText.font.pixelSize * 1.1 - font.pixelSize
-                    text: root.stateWord
-                    textFormat: Text.PlainText
-                    font: Theme.caption
-                    color: Theme.tone(root.stateTone)
-                    Accessible.ignored: true
+                    y: 2
+                    spacing: Theme.half
+
+                    Text {
+                        anchors.right: parent.right
+                        text: root.stateWord
+                        textFormat: Text.PlainText
+                        font: Theme.caption
+                        color: Theme.tone(root.stateTone)
+                        Accessible.ignored: true
+                    }
+                    Text {
+                        anchors.right: parent.right
+                        text: root.when
+                        textFormat: Text.PlainText
+                        font: Theme.caption
+                        color: Theme.secondary
+                        Accessible.ignored: true
+                    }
                 }
             }
         }
