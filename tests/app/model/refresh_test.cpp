@@ -40,21 +40,24 @@ TEST_F(Refresh, AFailureKeepsWhatCameBeforeAndCancelsTheRest) {
   expectGet(kSessions, answers::sessions({answers::summary("s")}));
   bridge.expect("GET", kProjects, Script::json(500, R"({"error":"no"})"));
   bridge.always("GET", kModels, Script::silence());
-  await(model->refresh(false));
+  const auto refreshing = model->refresh(false);
+  EXPECT_TRUE(spinUntil([&] { return refreshing.isReady(); })) << "the third answer is not waited for";
   EXPECT_EQ(model->sessions().size(), 1U);
   EXPECT_FALSE(model->isConnected());
   EXPECT_FALSE(model->lastContact());
   EXPECT_FALSE(model->hasErrorMessage());
 }
 
-TEST_F(Refresh, NothingAfterAFailedListIsStored) {
-  bridge.expect("GET", kSessions, Script::json(200, R"({"sessions":[{}]})"));
-  bridge.always("GET", kProjects, Script::json(200, answers::projects("/p")));
-  bridge.always("GET", kModels, Script::json(200, answers::models("m")));
-  await(model->refresh(false));
-  EXPECT_THAT(model->projects(), IsEmpty());
-  EXPECT_THAT(model->models(), IsEmpty());
-  EXPECT_FALSE(model->hasErrorMessage());
+TEST_F(Refresh, NothingAfterAFailedListIsStoredThoughItCameFirst) {
+  bridge.expect("GET", kSessions, Script::silence());
+  expectGet(kProjects, answers::projects("/p"));
+  expectGet(kModels, answers::models("m"));
+  const auto refreshing = model->refresh(false);
+  ASSERT_TRUE(spinUntil([this] { return requests().size() == 3; }));
+  settle();
+  bridge.answer("GET", kSessions, Script::json(200, R"({"sessions":[{}]})"));
+  ASSERT_TRUE(spinUntil([&] { return refreshing.isReady(); }));
+  EXPECT_EQ(log, requests()) << "no change";
 }
 
 TEST_F(Refresh, AFailureDoesNotDisconnect) {
