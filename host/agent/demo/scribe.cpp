@@ -81,12 +81,12 @@ void Scribe::failTurn(const std::string& message) {
 }
 
 void Scribe::endOpenTools() {
-  for (auto it = m_conversation.items.rbegin(); it != m_conversation.items.rend(); ++it) {
-    if (it->status != "inProgress") continue;
-    it->status = "failed";
-    JSONValue detail = it->detail ? it->detail->value() : JSONValue(Object{});
-    (*detail.object())["status"] = *it->status;
-    it->detail = detail;
+  for (wire::TranscriptItem& item : m_conversation.items) {
+    if (item.status != "inProgress") continue;
+    item.status = "failed";
+    JSONValue detail = item.detail ? item.detail->value() : JSONValue(Object{});
+    (*detail.object())["status"] = *item.status;
+    item.detail = detail;
     report(Change::Kind::Item);
   }
 }

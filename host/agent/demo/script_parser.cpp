@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/agent/demo/script_parser.h"
 
+#include <array>
 #include <charconv>
 #include <stdexcept>
 
@@ -102,7 +103,7 @@ class Parser {
     throw std::logic_error(m_name + ":" + std::to_string(block.line) + ": " + reason);
   }
 
-  const Block& peek() const { return m_blocks.at(m_next); }
+  [[nodiscard]] const Block& peek() const { return m_blocks.at(m_next); }
   const Block& take() { return m_blocks.at(m_next++); }
   [[nodiscard]] bool at(std::string_view kind) const { return m_next < m_blocks.size() && peek().kind == kind; }
 
@@ -124,7 +125,7 @@ class Parser {
     return it == block.attributes.end() ? std::string(fallback) : it->second;
   }
 
-  json::JSONValue::Object object(const Block& block) const {
+  [[nodiscard]] json::JSONValue::Object object(const Block& block) const {
     auto value = json::parse(block.body);
     if (!value) fail(block, value.error().message());
     if (value->object() == nullptr) fail(block, "expected an object");
@@ -145,7 +146,7 @@ class Parser {
     return {tool(block)};
   }
 
-  ToolRun tool(const Block& block) const {
+  [[nodiscard]] ToolRun tool(const Block& block) const {
     const std::string_view body = block.body;
     ToolRun run;
     if (block.kind == "command") {
@@ -169,7 +170,7 @@ class Parser {
     return run;
   }
 
-  std::vector<FileEdit> edits(const Block& block) const {
+  [[nodiscard]] std::vector<FileEdit> edits(const Block& block) const {
     std::vector<FileEdit> result;
     std::string_view rest = block.body;
     while (!rest.empty()) {
@@ -186,7 +187,7 @@ class Parser {
     return result;
   }
 
-  MovePlan plan(const Block& block) const {
+  [[nodiscard]] MovePlan plan(const Block& block) const {
     MovePlan result;
     std::string_view rest = block.body;
     while (!rest.empty()) {
@@ -254,7 +255,7 @@ double parseAgo(std::string_view text) {
     const std::size_t unit = text.empty() ? std::string_view::npos : std::string_view("smhd").find(text.front());
     if (error != std::errc() || unit == std::string_view::npos)
       throw std::logic_error("not a time: " + std::string(text));
-    constexpr double kUnits[] = {1, 60, 3600, 86400};
+    constexpr std::array<double, 4> kUnits = {1, 60, 3600, 86400};
     seconds += value * kUnits[unit];
     text.remove_prefix(1);
   }

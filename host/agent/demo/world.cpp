@@ -185,7 +185,7 @@ Result<std::string> World::createSession(NewSession session) {
   conversation->summary.project = projectOf(conversation->summary);
   conversation->sandbox = session.sandbox;
   conversation->approvalPolicy = session.approvalPolicy;
-  const std::string id = conversation->summary.id;
+  std::string id = conversation->summary.id;
   Place& place = add(std::move(conversation));
   performerOf(place).scribe().touch();
   performerOf(place).scribe().report(Change::Kind::List);

@@ -33,7 +33,7 @@ class World {
   Result<Conversation> conversation(const std::string& sessionId);
   UsageBook& usage() { return m_usage; }
   /// Null when there is no such conversation.
-  const DemoConversation* find(const std::string& sessionId) const;
+  [[nodiscard]] const DemoConversation* find(const std::string& sessionId) const;
 
   Result<std::string> createSession(NewSession session);
   Result<void> sendMessage(const std::string& sessionId, TurnInput input);
