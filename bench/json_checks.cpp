@@ -39,7 +39,7 @@ PeerDetail unfolded(const wire::SessionDetail& detail) {
 
 QJsonValue unfolded(const json::RawValue& value) {
   // QJsonDocument takes objects and arrays alone.
-  const std::string wrapped = "[" + value.text() + "]";
+  const std::string wrapped = "[" + std::string(value.text()) + "]";
   return QJsonDocument::fromJson(QByteArray::fromStdString(wrapped)).array().first();
 }
 

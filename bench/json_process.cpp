@@ -46,7 +46,7 @@ std::expected<double, std::string> instructions(const QString& what, const std::
       outputOf(valgrind, {QStringLiteral("--tool=callgrind"), QStringLiteral("--callgrind-out-file=/dev/null"), self(),
                           QStringLiteral("--once"), what, QString::fromStdString(file)});
   if (!output) return std::unexpected(output.error());
-  static const QRegularExpression pattern(QStringLiteral("Collected : (\\d+)"));
+  const QRegularExpression pattern(QStringLiteral("Collected : (\\d+)"));
   const auto match = pattern.match(*output);
   if (!match.hasMatch()) return std::unexpected("callgrind counted nothing");
   return match.captured(1).toDouble();

@@ -49,6 +49,7 @@ void Race::run(int rounds, double leastSeconds) {
 
 std::vector<std::string> Race::names() const {
   std::vector<std::string> result;
+  result.reserve(m_runners.size());
   for (const Runner& runner : m_runners) result.push_back(runner.name);
   return result;
 }
@@ -67,6 +68,7 @@ double Race::ratio(std::string_view name, std::string_view base) const {
   const auto& mine = m_seconds.at(find(name));
   const auto& other = m_seconds.at(find(base));
   std::vector<double> ratios;
+  ratios.reserve(mine.size());
   for (std::size_t round = 0; round < mine.size(); ++round) ratios.push_back(other[round] / mine[round]);
   return median(ratios);
 }

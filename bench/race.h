@@ -35,7 +35,7 @@ class Race {
   [[nodiscard]] double ratio(std::string_view name, std::string_view base) const;
 
  private:
-  double secondsPerRun(const Runner& runner, double leastSeconds) const;
+  [[nodiscard]] double secondsPerRun(const Runner& runner, double leastSeconds) const;
   [[nodiscard]] std::size_t find(std::string_view name) const;
 
   std::size_t m_bytes;

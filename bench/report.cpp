@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/report.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -19,7 +20,8 @@ std::string shown(std::optional<double> value, const char* sign) {
 }  // namespace
 
 void Report::add(std::string figure, std::string what, std::optional<double> measured, Bounds bounds) {
-  m_lines.push_back({std::move(figure), std::move(what), measured, bounds});
+  const auto place = std::ranges::upper_bound(m_lines, figure, {}, &Line::figure);
+  m_lines.insert(place, {std::move(figure), std::move(what), measured, bounds});
 }
 
 bool Report::within(const Line& line, std::optional<double> bound) {

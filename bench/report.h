@@ -19,7 +19,7 @@ struct Bounds {
 /// The table at the end of a benchmark.
 class Report {
  public:
-  /// A figure that could not be measured is a missed one.
+  /// Lines are kept in the order of their figures. A figure that could not be measured is a missed one.
   void add(std::string figure, std::string what, std::optional<double> measured, Bounds bounds);
 
   /// Prints the table and says whether every "must" is met.
