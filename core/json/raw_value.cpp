@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/json/raw_value.h"
 
-#include "core/json/codec.h"
+#include "core/json/reader.h"
 #include "core/json/text.h"
 
 namespace varnel::json {

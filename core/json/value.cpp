@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "core/json/codec.h"
+#include "core/json/described.h"
 #include "core/json/number.h"
 #include "core/json/text.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/json/codec.h"
+#include "core/json/record_codec.h"
 #include "core/wire/codec.h"
 
 namespace varnel::wire {

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/wire/session_detail.h"
 
-#include "core/json/codec.h"
+#include "core/json/record_codec.h"
 #include "core/wire/request_fields.h"
 #include "core/wire/session_fields.h"
 #include "core/wire/transcript_fields.h"

@@ -4,7 +4,7 @@
 // Must not compile: the description of this record leaves a member out.
 #include <boost/describe/class.hpp>
 
-#include "core/json/codec.h"
+#include "core/json/record_codec.h"
 
 struct Incomplete {
   std::string kept;
@@ -12,4 +12,6 @@ struct Incomplete {
 };
 BOOST_DESCRIBE_STRUCT(Incomplete, (), (kept))
 
-bool read(varnel::json::Reader& in, Incomplete& out) { return varnel::json::Codec<Incomplete>::read(in, out); }
+bool read(varnel::json::Reader& in, Incomplete& out) {
+  return varnel::json::Codec<Incomplete>::read(in, out);
+}
