@@ -51,7 +51,7 @@ struct RequestError {
     InvalidHeader,   ///< the token, a media type or a key holds a control character
     InvalidBody,     ///< the body cannot be written as JSON
   };
-  Kind kind;
+  Kind kind = Kind::InvalidAddress;
   std::string detail;  ///< for people; never holds the token
 
   bool operator==(const RequestError&) const = default;

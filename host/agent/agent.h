@@ -28,7 +28,7 @@ struct AgentError {
     Invalid,      ///< the agent would not take this value
     Unavailable,  ///< the agent cannot be reached now
   };
-  Kind kind;
+  Kind kind = Kind::Unavailable;
   std::string text;  ///< for people, as the bridge shows it
 };
 
@@ -49,7 +49,7 @@ struct Change {
     Usage,     ///< the account's usage or limits
     Lost,      ///< the agent was gone for a while: anything may have changed
   };
-  Kind kind;
+  Kind kind = Kind::Lost;
   std::optional<std::string> sessionId = std::nullopt;  ///< absent for Usage and Lost
   std::optional<std::string> turnId = std::nullopt;
 };
