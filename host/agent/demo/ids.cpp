@@ -2,14 +2,16 @@
 // SPDX-License-Identifier: MIT
 #include "host/agent/demo/ids.h"
 
+#include <ranges>
+
 namespace varnel::agent::demo {
 
 namespace {
 
 std::string hex(std::uint64_t value, int digits) {
   std::string text(static_cast<std::size_t>(digits), '0');
-  for (auto it = text.rbegin(); it != text.rend(); ++it) {
-    *it = "0123456789abcdef"[value & 15U];
+  for (char& digit : std::views::reverse(text)) {
+    digit = "0123456789abcdef"[value & 15U];
     value >>= 4U;
   }
   return text;

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <ranges>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -22,7 +23,8 @@ inline constexpr double kToday = 1'795'000'000;
 class Driver {
  public:
   explicit Driver(DemoOptions options = {.speed = 1000}) : m_agent(io.get_executor(), withClock(std::move(options))) {
-    call(m_agent.start([this](const Change& change) { changes.push_back(change); }));
+    const auto started = call(m_agent.start([this](const Change& change) { changes.push_back(change); }));
+    if (!started) throw std::runtime_error(started.error().text);
   }
   ~Driver() { m_agent.stop(); }
   Driver(const Driver&) = delete;
@@ -101,8 +103,8 @@ class Driver {
 
 /// The text of the last item of the agent, empty when there is none.
 inline std::string lastAnswer(const Conversation& conversation) {
-  for (auto item = conversation.items.rbegin(); item != conversation.items.rend(); ++item) {
-    if (item->role == "assistant") return item->text.value_or("");
+  for (const auto& item : std::views::reverse(conversation.items)) {
+    if (item.role == "assistant") return item.text.value_or("");
   }
   return {};
 }

@@ -79,10 +79,10 @@ class DemoRequest : public testing::TestWithParam<Kind> {
  protected:
   /// Sends the message and waits for the question.
   wire::PendingRequest ask() {
-    m_id = m_driver.idle();
-    EXPECT_TRUE(m_driver.call(m_driver->sendMessage(m_id, Driver::message(GetParam().message))));
-    m_driver.waitForState(m_id, CodexTurnState::NeedsInput);
-    const Conversation conversation = m_driver.conversation(m_id);
+    id = driver.idle();
+    EXPECT_TRUE(driver.call(driver->sendMessage(id, Driver::message(GetParam().message))));
+    driver.waitForState(id, CodexTurnState::NeedsInput);
+    const Conversation conversation = driver.conversation(id);
     EXPECT_THAT(conversation.pendingRequests, SizeIs(1));
     return conversation.pendingRequests.at(0);
   }
@@ -93,34 +93,34 @@ class DemoRequest : public testing::TestWithParam<Kind> {
   }
 
   AgentError::Kind failureOf(const std::string& requestId, const json::JSONValue& result) {
-    const auto answer = m_driver.call(m_driver->resolve(requestId, result));
+    const auto answer = driver.call(driver->resolve(requestId, result));
     EXPECT_FALSE(answer);
     EXPECT_FALSE(answer.error().text.empty());
     return answer.error().kind;
   }
 
-  Driver m_driver;
-  std::string m_id;
+  Driver driver;
+  std::string id;
 };
 
 TEST_P(DemoRequest, WaitsAndGoesOnWhenAccepted) {
   const wire::PendingRequest request = ask();
   EXPECT_EQ(request.method, GetParam().method);
-  EXPECT_EQ(request.sessionId, m_id);
-  EXPECT_EQ(request.turnId, m_driver.conversation(m_id).summary.currentTurnId);
+  EXPECT_EQ(request.sessionId, id);
+  EXPECT_EQ(request.turnId, driver.conversation(id).summary.currentTurnId);
   EXPECT_FALSE(request.resolved);
-  EXPECT_TRUE(m_driver.conversation(m_id).summary.active);
-  m_driver.changes.clear();
-  m_driver.io.run_for(std::chrono::milliseconds(40));
-  EXPECT_TRUE(std::ranges::none_of(m_driver.changes, [&](const Change& change) { return change.sessionId == m_id; }))
+  EXPECT_TRUE(driver.conversation(id).summary.active);
+  driver.changes.clear();
+  driver.io.run_for(std::chrono::milliseconds(40));
+  EXPECT_TRUE(std::ranges::none_of(driver.changes, [&](const Change& change) { return change.sessionId == id; }))
       << "it did not wait";
 
-  ASSERT_TRUE(m_driver.call(m_driver->resolve(request.id, acceptance(request))));
-  EXPECT_THAT(m_driver.conversation(m_id).pendingRequests, IsEmpty());
-  EXPECT_EQ(m_driver.conversation(m_id).summary.state, CodexTurnState::Working);
+  ASSERT_TRUE(driver.call(driver->resolve(request.id, acceptance(request))));
+  EXPECT_THAT(driver.conversation(id).pendingRequests, IsEmpty());
+  EXPECT_EQ(driver.conversation(id).summary.state, CodexTurnState::Working);
   EXPECT_EQ(failureOf(request.id, acceptance(request)), AgentError::Kind::Conflict);
-  m_driver.waitForState(m_id, CodexTurnState::Done);
-  EXPECT_THAT(lastAnswer(m_driver.conversation(m_id)), HasSubstr(GetParam().acceptedAnswer));
+  driver.waitForState(id, CodexTurnState::Done);
+  EXPECT_THAT(lastAnswer(driver.conversation(id)), HasSubstr(GetParam().acceptedAnswer));
   EXPECT_EQ(failureOf(request.id, acceptance(request)), AgentError::Kind::Conflict);
 }
 
@@ -129,9 +129,9 @@ class DemoRefusal : public DemoRequest {};
 
 TEST_P(DemoRefusal, IsTakenForWhatItIs) {
   const wire::PendingRequest request = ask();
-  ASSERT_TRUE(m_driver.call(m_driver->resolve(request.id, parsed(GetParam().decline))));
-  m_driver.waitForState(m_id, CodexTurnState::Done);
-  const Conversation done = m_driver.conversation(m_id);
+  ASSERT_TRUE(driver.call(driver->resolve(request.id, parsed(GetParam().decline))));
+  driver.waitForState(id, CodexTurnState::Done);
+  const Conversation done = driver.conversation(id);
   EXPECT_THAT(lastAnswer(done), testing::Not(HasSubstr(GetParam().acceptedAnswer)));
   const auto asked = std::ranges::find_if(
       done.items, [&](const auto& item) { return json::JSONValue(item.id) == request.params.at("itemId"); });
@@ -148,15 +148,15 @@ TEST_P(DemoRequest, RefusesWhatIsNoAnswerAndStaysOpen) {
     EXPECT_EQ(failureOf(request.id, parsed(text)), AgentError::Kind::Invalid) << text;
   }
   EXPECT_EQ(failureOf("req_0", acceptance(request)), AgentError::Kind::NotFound);
-  EXPECT_THAT(m_driver.conversation(m_id).pendingRequests, SizeIs(1));
+  EXPECT_THAT(driver.conversation(id).pendingRequests, SizeIs(1));
 }
 
 TEST_P(DemoRequest, GoesAwayWithItsTurn) {
   const wire::PendingRequest request = ask();
-  m_driver.changes.clear();
-  ASSERT_TRUE(m_driver.call(m_driver->interrupt(m_id)));
-  EXPECT_THAT(m_driver.conversation(m_id).pendingRequests, IsEmpty());
-  EXPECT_TRUE(std::ranges::any_of(m_driver.changes, [](const Change& c) { return c.kind == Change::Kind::Request; }));
+  driver.changes.clear();
+  ASSERT_TRUE(driver.call(driver->interrupt(id)));
+  EXPECT_THAT(driver.conversation(id).pendingRequests, IsEmpty());
+  EXPECT_TRUE(std::ranges::any_of(driver.changes, [](const Change& c) { return c.kind == Change::Kind::Request; }));
   EXPECT_EQ(failureOf(request.id, acceptance(request)), AgentError::Kind::Conflict);
 }
 
