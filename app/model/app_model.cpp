@@ -20,7 +20,7 @@ constexpr int kUnauthorized = 401;
 
 bool refusesToken(const client::ClientError& error) {
   const auto* answer = std::get_if<client::APIError>(&error);
-  return answer && answer->kind == client::APIError::Kind::Server && answer->status == kUnauthorized;
+  return answer != nullptr && answer->kind == client::APIError::Kind::Server && answer->status == kUnauthorized;
 }
 
 }  // namespace
