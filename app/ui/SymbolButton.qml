@@ -20,8 +20,8 @@ T.Button {
     Accessible.readOnly: !enabled
     Accessible.onPressAction: if (enabled)
         clicked()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
 
     background: Rectangle {
         radius: height / 2

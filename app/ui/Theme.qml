@@ -38,7 +38,9 @@ QtObject {
             "indigo": indigo
         })
 
-    readonly property string family: Qt.fontFamilies().indexOf("Inter") >= 0 ? "Inter" : Qt.application.font.family
+    readonly property var families: Qt.fontFamilies()
+    readonly property string family: families.indexOf("Inter") >= 0 ? "Inter" : systemMetrics.font.family
+    readonly property FontMetrics systemMetrics: FontMetrics {}
     readonly property font title2: scaled(22, Font.DemiBold)
     readonly property font title3: scaled(20, Font.DemiBold)
     readonly property font headline: scaled(17, Font.DemiBold)

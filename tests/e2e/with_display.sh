@@ -38,6 +38,11 @@ export DISPLAY=":$number" HOME="$scratch/home" XDG_RUNTIME_DIR="$scratch/run" TM
 export XDG_DATA_HOME="$scratch/home/data" XDG_CONFIG_HOME="$scratch/home/config" XDG_CACHE_HOME="$scratch/home/cache"
 export XDG_STATE_HOME="$scratch/home/state"
 export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 QT_SCALE_FACTOR=1 LC_ALL=C.UTF-8
+# The daemons of the bus inherit its output and say more than anybody wants to read; only the command keeps ours.
+exec {out}>&1 {err}>&2
 status=0
-timeout --kill-after=5 "$seconds" dbus-run-session -- "$@" || status=$?
+# shellcheck disable=SC2016
+timeout --kill-after=5 "$seconds" dbus-run-session -- \
+  bash -c 'out=$1 err=$2; shift 2; exec "$@" >&"$out" 2>&"$err" {out}>&- {err}>&-' bash "$out" "$err" "$@" \
+  >"$scratch/bus.log" 2>&1 || status=$?
 exit "$status"

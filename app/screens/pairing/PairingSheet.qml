@@ -17,7 +17,8 @@ Sheet {
     onOpened: pasteButton.forceActiveFocus(Qt.TabFocusReason)
     onClosed: pairing.stopScanning()
 
-    contentItem: Flickable {
+    Flickable {
+        anchors.fill: parent
         implicitHeight: column.height
         contentWidth: width
         contentHeight: column.height

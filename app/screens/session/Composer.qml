@@ -51,8 +51,8 @@ Rectangle {
                 placeholderText: qsTr("Message Codex")
                 text: root.session.message
                 onTextChanged: root.session.message = text
-                KeyNavigation.priority: KeyNavigation.BeforeItem
-                KeyNavigation.tab: sendButton
+                Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+                Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
                 Keys.onPressed: event => {
                     if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && event.modifiers & Qt.ControlModifier) {
                         root.session.send();

@@ -57,9 +57,11 @@ FocusScope {
 
                 model: root.session.notices
 
+                // qmllint disable unqualified
                 RequestNotice {
                     width: noticeColumn.width
                 }
+                // qmllint enable unqualified
             }
         }
     }
@@ -88,11 +90,11 @@ FocusScope {
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Transcript")
         onMovementEnded: atEnd = atYEnd
-        onContentHeightChanged: Qt.callLater(keepEnd)
+        onContentHeightChanged: settle.restart()
         // Positioning replaces estimated heights by real ones, which moves the origin and with it the end.
-        onOriginYChanged: Qt.callLater(keepEnd)
-        onHeightChanged: Qt.callLater(keepEnd)
-        onCountChanged: Qt.callLater(keepEnd)
+        onOriginYChanged: settle.restart()
+        onHeightChanged: settle.restart()
+        onCountChanged: settle.restart()
         Keys.onPressed: event => {
             if (event.key === Qt.Key_Up || event.key === Qt.Key_PageUp)
                 atEnd = false;
@@ -106,18 +108,33 @@ FocusScope {
             width: 1
             height: Theme.margin
         }
+        // qmllint disable unqualified
         delegate: TranscriptDelegate {
             x: list.side
             width: list.width - 2 * list.side
         }
+        // qmllint enable unqualified
         ScrollBar.vertical: ScrollBar {
             onPressedChanged: if (!pressed)
                 list.atEnd = list.atYEnd
         }
+        // Both wait for the turn of the event loop in which the list has taken in what changed.
+        Timer {
+            id: settle
+
+            interval: 0
+            onTriggered: list.keepEnd()
+        }
+        Timer {
+            id: noteEnd
+
+            interval: 0
+            onTriggered: list.atEnd = list.atYEnd
+        }
         WheelHandler {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
             blocking: false
-            onWheel: Qt.callLater(() => list.atEnd = list.atYEnd)
+            onWheel: noteEnd.restart()
         }
     }
     Spinner {

@@ -4,7 +4,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import Varnel.Ui
-import Varnel.Screens
 
 /// One conversation in the list. The rows of a section lie on one card, of which each row draws its part.
 ItemDelegate {
@@ -24,13 +23,18 @@ ItemDelegate {
     property bool lastRow: false
     property bool selected: false
 
-    leftPadding: Theme.cardPadding
+    implicitHeight: content.height + 2 * padding
     highlighted: selected
     text: spoken
     Accessible.selected: selected
 
-    contentItem: Item {
-        implicitHeight: words.height
+    Item {
+        id: content
+
+        x: root.padding
+        y: root.padding
+        width: root.width - 2 * root.padding
+        height: words.height
 
         SymbolText {
             id: stateIcon

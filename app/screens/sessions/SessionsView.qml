@@ -53,10 +53,11 @@ FocusScope {
         onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0)
             currentIndex = 0
         onMovementEnded: atTop = atYBeginning
-        onCountChanged: Qt.callLater(keepTop)
-        onHeaderItemChanged: Qt.callLater(keepTop)
-        onOriginYChanged: Qt.callLater(keepTop)
+        onCountChanged: settle.restart()
+        onHeaderItemChanged: settle.restart()
+        onOriginYChanged: settle.restart()
 
+        // qmllint disable unqualified
         header: Column {
             width: list.width - 2 * Theme.margin
             topPadding: Theme.margin
@@ -88,7 +89,15 @@ FocusScope {
                 root.sessions.open(sessionId);
             }
         }
+        // qmllint enable unqualified
         ScrollBar.vertical: ScrollBar {}
+
+        Timer {
+            id: settle
+
+            interval: 0
+            onTriggered: list.keepTop()
+        }
     }
     EmptyState {
         anchors.centerIn: parent

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Controls
 import Varnel.Ui
 import Varnel.Screens
 

@@ -18,8 +18,8 @@ T.Button {
     Accessible.readOnly: !enabled
     Accessible.onPressAction: if (enabled)
         clicked()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
 
     contentItem: Text {
         text: control.text

@@ -15,8 +15,8 @@ T.ItemDelegate {
     Accessible.readOnly: !enabled
     Accessible.onPressAction: if (enabled)
         clicked()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
 
     background: Rectangle {
         radius: Theme.groupRadius
