@@ -39,7 +39,7 @@ void say(const QString& text) {
 }
 
 /// Ends the program itself for --help, --version and wrong usage.
-Options parse(const QGuiApplication& application) {
+Options parseArguments() {
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Follow and steer a coding agent that works on another machine."));
   parser.addHelpOption();
@@ -51,7 +51,7 @@ Options parse(const QGuiApplication& application) {
                                                    "pairing is left as it is. FILE is removed once read."),
                                     QStringLiteral("FILE"));
   parser.addOptions({scheme, pairFrom});
-  if (!parser.parse(application.arguments())) {
+  if (!parser.parse(QGuiApplication::arguments())) {
     say(parser.errorText());
     std::exit(kWrongUsage);
   }
@@ -124,7 +124,7 @@ int main(int argc, char* argv[]) {
   QGuiApplication::setApplicationDisplayName(QStringLiteral("Varnel"));
   QGuiApplication::setApplicationVersion(QStringLiteral(VARNEL_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("org.varnel.Varnel"));
-  const Options options = parse(application);
+  const Options options = parseArguments();
 
   const QString code = options.pairFrom.isEmpty() ? QString() : takeCode(options.pairFrom);
 

@@ -46,7 +46,7 @@ bool Appearance::dark() const {
   return m_scheme == ColorScheme::Dark || (m_scheme == ColorScheme::System && m_systemDark);
 }
 
-void Appearance::readAll(QDBusConnection bus) {
+void Appearance::readAll(const QDBusConnection& bus) {
   qDBusRegisterMetaType<Groups>();
   auto call = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("ReadAll"));
   call << QStringList{kAppearanceGroup, kDesktopGroup};

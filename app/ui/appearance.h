@@ -45,7 +45,7 @@ class Appearance : public QObject {
   void onSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
  private:
-  void readAll(QDBusConnection bus);
+  void readAll(const QDBusConnection& bus);
   void apply(const QString& group, const QString& key, const QVariant& value);
 
   ColorScheme m_scheme;

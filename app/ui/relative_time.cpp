@@ -37,13 +37,13 @@ QString relativeTime(double moment, double now, const QLocale& locale) {
   const QByteArray name = locale.language() == QLocale::C ? QByteArray("en") : locale.name().toLatin1();
   const icu::RelativeDateTimeFormatter formatter(icu::Locale(name.constData()), status);
   icu::UnicodeString text;
-  const auto step = std::ranges::find_if(kSteps, [age](const Step& each) { return age >= each.seconds; });
+  const auto* const step = std::ranges::find_if(kSteps, [age](const Step& each) { return age >= each.seconds; });
   if (step == kSteps.end()) {
     formatter.format(UDAT_DIRECTION_PLAIN, UDAT_ABSOLUTE_NOW, text, status);
   } else {
     formatter.formatNumeric(-std::floor(age / step->seconds), step->unit, text, status);
   }
-  return U_SUCCESS(status) ? toQString(text) : QString();
+  return U_SUCCESS(status) != 0 ? toQString(text) : QString();
 }
 
 }  // namespace varnel::ui

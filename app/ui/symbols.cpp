@@ -11,7 +11,7 @@ namespace {
 constexpr char16_t kUnknownSymbol = 0xE8FD;
 
 const QHash<QString, char16_t>& glyphs() {
-  static const QHash<QString, char16_t> table{
+  static const QHash<QString, char16_t> kTable{
       {QStringLiteral("archivebox"), 0xE149},
       {QStringLiteral("arrow.clockwise"), 0xE5D5},
       {QStringLiteral("arrow.up"), 0xE5D8},
@@ -58,7 +58,7 @@ const QHash<QString, char16_t>& glyphs() {
       {QStringLiteral("xmark"), 0xE5CD},
       {QStringLiteral("xmark.octagon.fill"), 0xE99A},
   };
-  return table;
+  return kTable;
 }
 
 QString loadFamily() {
@@ -71,12 +71,12 @@ QString loadFamily() {
 Symbols::Symbols(QObject* parent) : QObject(parent) {}
 
 QString Symbols::family() const {
-  static const QString family = loadFamily();
-  return family;
+  static const QString kFamily = loadFamily();
+  return kFamily;
 }
 
 QString Symbols::glyph(const QString& name) {
-  return QString(QChar(glyphs().value(name, kUnknownSymbol)));
+  return {QChar(glyphs().value(name, kUnknownSymbol))};
 }
 
 QStringList Symbols::names() {

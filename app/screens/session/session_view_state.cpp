@@ -31,11 +31,11 @@ SessionViewState::SessionViewState(model::AppModel& model, const QString& sessio
 }
 
 QString SessionViewState::title() const {
-  return session() ? QString::fromStdString(session()->project) : tr("Session");
+  return session() != nullptr ? QString::fromStdString(session()->project) : tr("Session");
 }
 
 bool SessionViewState::isWorking() const {
-  return session() && session()->state == wire::CodexTurnState::Working;
+  return session() != nullptr && session()->state == wire::CodexTurnState::Working;
 }
 
 bool SessionViewState::isLoading() const {
@@ -85,7 +85,7 @@ const wire::SessionSummary* SessionViewState::session() const {
 }
 
 bool SessionViewState::isActive() const {
-  return session() && session()->active;
+  return session() != nullptr && session()->active;
 }
 
 std::optional<wire::ConversationPreferences> SessionViewState::preferences() const {
