@@ -124,13 +124,27 @@ asio::awaitable<void> Indexer::work() {
     for (const auto& conversation : all) ids.insert(conversation.id);
     m_index.keepOnly(ids);
   }
+  std::vector<Reading> waiting;
   std::size_t looked = 0;
   for (const auto& conversation : all) {
-    if (m_stopped) co_return;
     const bool isWanted = changed.contains(conversation.id) || (everything && !m_index.isCurrent(conversation));
-    if (isWanted) co_await indexOne(conversation);
-    if (everything && ++looked % kSlice == 0) co_await breathe();
+    std::optional<agent::Conversation> read;
+    if (isWanted) {
+      auto answer = co_await m_agent.conversation(conversation.id);
+      if (answer) read = std::move(*answer);
+    }
+    if (m_stopped) co_return;
+    if (read && read->items.size() > kSlice) {
+      Reading reading{.conversation = conversation, .items = itemsOf(*read)};
+      co_await writeLarge(std::move(reading));
+    } else if (read) {
+      waiting.push_back({.conversation = conversation, .items = itemsOf(*read)});
+    }
+    if (++looked % kSlice != 0) continue;
+    writeSmall(std::exchange(waiting, {}));
+    co_await breathe();
   }
+  writeSmall(std::move(waiting));
 }
 
 asio::awaitable<Indexer::Conversations> Indexer::listAll() {
@@ -146,20 +160,32 @@ asio::awaitable<Indexer::Conversations> Indexer::listAll() {
   co_return all;
 }
 
-asio::awaitable<void> Indexer::indexOne(store::SearchIndex::Conversation conversation) {
-  const auto read = co_await m_agent.conversation(conversation.id);
-  if (!read || m_stopped) co_return;
-  const auto items = itemsOf(*read);
-  m_index.begin(conversation);
+/// Slice by slice, each written for itself; a stop in between leaves it to be read again.
+asio::awaitable<void> Indexer::writeLarge(Reading reading) {
   std::unordered_set<std::string> ids;
-  for (std::size_t start = 0; start < items.size(); start += kSlice) {
-    const auto slice = std::span(items).subspan(start, std::min(kSlice, items.size() - start));
-    m_index.put(conversation.id, slice);
+  m_index.begin(reading.conversation);
+  for (std::size_t start = 0; start < reading.items.size(); start += kSlice) {
+    const auto slice = std::span(reading.items).subspan(start, std::min(kSlice, reading.items.size() - start));
+    m_index.put(reading.conversation.id, slice);
     for (const auto& item : slice) ids.insert(item.id);
     co_await breathe();
     if (m_stopped) co_return;
   }
-  m_index.finish(conversation, ids);
+  m_index.finish(reading.conversation, ids);
+}
+
+/// Many in one commit, since a commit waits for the disk.
+void Indexer::writeSmall(std::vector<Reading> readings) {
+  if (readings.empty()) return;
+  auto batch = m_index.batch();
+  for (const auto& reading : readings) {
+    std::unordered_set<std::string> ids;
+    for (const auto& item : reading.items) ids.insert(item.id);
+    m_index.begin(reading.conversation);
+    m_index.put(reading.conversation.id, reading.items);
+    m_index.finish(reading.conversation, ids);
+  }
+  batch.commit();
 }
 
 /// Lets everybody else have the thread.

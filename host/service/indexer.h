@@ -37,7 +37,13 @@ class Indexer {
   boost::asio::awaitable<void> settle();
   boost::asio::awaitable<void> work();
   boost::asio::awaitable<Conversations> listAll();
-  boost::asio::awaitable<void> indexOne(store::SearchIndex::Conversation conversation);
+  /// A conversation that has been read and waits to be written.
+  struct Reading {
+    store::SearchIndex::Conversation conversation;
+    std::vector<store::SearchIndex::Item> items;
+  };
+  boost::asio::awaitable<void> writeLarge(Reading reading);
+  void writeSmall(std::vector<Reading> readings);
   boost::asio::awaitable<void> breathe();
 
   boost::asio::any_io_executor m_executor;

@@ -17,13 +17,33 @@ constexpr std::size_t kOccurrencesShown = 50;
 /// The title stands among the items under this id, which no item has.
 constexpr std::string_view kTitleItem;
 
+/// All or nothing, inside a batch or without one.
+class Step {
+ public:
+  explicit Step(const Database& database) : m_database(database) { m_database.execute("SAVEPOINT step"); }
+  ~Step() {
+    try {
+      m_database.execute(m_kept ? "RELEASE step" : "ROLLBACK TO step; RELEASE step");
+    } catch (const StoreError&) {
+      // The batch around it is gone already, and this step with it.
+    }
+  }
+  Step(const Step&) = delete;
+  Step& operator=(const Step&) = delete;
+  void keep() { m_kept = true; }
+
+ private:
+  const Database& m_database;
+  bool m_kept = false;
+};
+
 /// The index knows pieces of three characters; shorter texts are looked for one item after the other.
 bool isIndexed(std::string_view text) {
   return characterCount(text) >= 3;
 }
 
-std::string condition(std::string_view text) {
-  return isIndexed(text) ? "i.id IN (SELECT rowid FROM search_text WHERE search_text MATCH ?1)"
+std::string condition(std::string_view text, const std::string& rows = "") {
+  return isIndexed(text) ? "i.id IN (SELECT rowid FROM search_text WHERE search_text MATCH ?1" + rows + ")"
                          : "contains_folded(i.text, ?1)";
 }
 
@@ -53,7 +73,7 @@ bool SearchIndex::isCurrent(const Conversation& conversation) const {
 }
 
 void SearchIndex::begin(const Conversation& conversation) {
-  Transaction transaction(m_database);
+  Step step(m_database);
   m_database
       .prepare(
           "INSERT INTO search_conversations VALUES (?1, ?2, ?3, 0, ?4) ON CONFLICT(session_id)"
@@ -62,11 +82,11 @@ void SearchIndex::begin(const Conversation& conversation) {
       .run();
   const Item title{.id = std::string(kTitleItem), .turnId = "", .position = -1, .text = conversation.name.value_or("")};
   put(conversation.id, std::span(&title, 1));
-  transaction.commit();
+  step.keep();
 }
 
 void SearchIndex::put(std::string_view sessionId, std::span<const Item> items) {
-  m_database.execute("SAVEPOINT put_items");
+  Step step(m_database);
   auto statement = m_database.prepare(
       "INSERT INTO search_items(session_id, item_id, turn_id, position, text) VALUES (?1, ?2, ?3, ?4, ?5)"
       " ON CONFLICT(session_id, item_id) DO UPDATE SET turn_id = ?3, position = ?4, text = ?5"
@@ -75,7 +95,7 @@ void SearchIndex::put(std::string_view sessionId, std::span<const Item> items) {
     statement.bind(sessionId, item.id, item.turnId, item.position, item.text).run();
     statement.reset();
   }
-  m_database.execute("RELEASE put_items");
+  step.keep();
 }
 
 void SearchIndex::finish(const Conversation& conversation, const std::unordered_set<std::string>& itemIds) {
@@ -86,12 +106,12 @@ void SearchIndex::finish(const Conversation& conversation, const std::unordered_
     if (!itemIds.contains(rows.text(1))) gone.push_back(rows.integer(0));
   }
   rows.reset();
-  Transaction transaction(m_database);
+  Step step(m_database);
   for (const std::int64_t id : gone) m_database.prepare("DELETE FROM search_items WHERE id = ?").bind(id).run();
   m_database.prepare("UPDATE search_conversations SET updated_at = ? WHERE session_id = ?")
       .bind(conversation.updatedAt, conversation.id)
       .run();
-  transaction.commit();
+  step.keep();
 }
 
 void SearchIndex::keepOnly(const std::unordered_set<std::string>& sessionIds) {
@@ -140,8 +160,13 @@ SearchIndex::Page SearchIndex::search(std::string_view text, const std::optional
 }
 
 void SearchIndex::addOccurrences(std::string_view text, std::vector<wire::ConversationSearchResult>& results) const {
-  auto rows = m_database.prepare("SELECT i.item_id, i.turn_id, i.position, i.text FROM search_items i WHERE " +
-                                 condition(text) + " AND i.session_id = ?2 ORDER BY i.position LIMIT ?3");
+  // The index goes by row number: without the bounds it would walk through all hits for each conversation.
+  const std::string kRowsOfConversation =
+      " AND rowid BETWEEN (SELECT min(id) FROM search_items WHERE session_id = ?2)"
+      " AND (SELECT max(id) FROM search_items WHERE session_id = ?2)";
+  auto rows =
+      m_database.prepare("SELECT i.item_id, i.turn_id, i.position, i.text FROM search_items i WHERE " +
+                         condition(text, kRowsOfConversation) + " AND i.session_id = ?2 ORDER BY i.position LIMIT ?3");
   for (auto& result : results) {
     std::vector<wire::SearchOccurrence> occurrences;
     rows.bind(term(text), result.thread.id, static_cast<std::int64_t>(kOccurrencesShown + 1));

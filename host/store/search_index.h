@@ -11,10 +11,9 @@
 #include <vector>
 
 #include "core/wire/search.h"
+#include "host/store/database.h"
 
 namespace varnel::store {
-
-class Database;
 
 /// The words of every conversation, archived ones too, for finding any piece of text in any case. Kept in step by
 /// whoever reads the agent.
@@ -36,9 +35,12 @@ class SearchIndex {
     std::string text;
   };
 
+  /// One commit for all that is done while it lives.
+  [[nodiscard]] Transaction batch() const { return Transaction(m_database); }
   /// True when the conversation is known as it is given: then its items need not be read again.
   [[nodiscard]] bool isCurrent(const Conversation& conversation) const;
-  /// Before its items: the row that they hang on. `updatedAt` is kept as 0 until `finish`.
+  /// Before its items: the row that they hang on. `updatedAt` is kept as 0 until `finish`. Like `put` and `finish` part
+  /// of the batch that is open, if one is.
   void begin(const Conversation& conversation);
   void put(std::string_view sessionId, std::span<const Item> items);
   /// After its items: forgets those that are gone, and marks the conversation as current.
