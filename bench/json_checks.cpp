@@ -57,8 +57,17 @@ bool same(const std::vector<Row>& rows, const std::vector<QtItem>& items) {
   return true;
 }
 
+bool same(const wire::LiveEvent& ours, const PeerEvent& peer) {
+  return PeerEvent{.sequence = ours.sequence,
+                   .type = ours.type,
+                   .timestamp = ours.timestamp,
+                   .sessionId = ours.sessionId,
+                   .turnId = ours.turnId,
+                   .payload = ours.payload.value()} == peer;
+}
+
 bool same(const wire::LiveEvent& ours, const QtEvent& qt) {
-  const auto payload = QByteArray::fromStdString(json::write(ours.payload).value());
+  const auto payload = QByteArray::fromStdString(json::write(ours.payload.value()).value());
   return ours.sequence == qt.sequence && ours.type == qt.type.toStdString() && ours.timestamp == qt.timestamp &&
          ours.sessionId == qt.sessionId.transform(&QString::toStdString) &&
          ours.turnId == qt.turnId.transform(&QString::toStdString) &&
@@ -106,11 +115,11 @@ void checkEventAgreement(const std::vector<std::string>& events) {
   require(!events.empty(), "the corpus holds no events");
   for (const std::string& event : events) {
     const wire::LiveEvent ours = eventByUs(event);
-    require(ours == eventByNlohmann(event), "nlohmann decodes another event");
+    require(same(ours, eventByNlohmann(event)), "nlohmann decodes another event");
     require(same(ours, eventByQt(event)), "QJsonDocument decodes another event");
   }
   const wire::LiveEvent other = eventByUs(changed(events.front(), R"("payload":{)", R"("payload":{"x":1,)"));
-  require(other != eventByUs(events.front()), "the comparison overlooks a changed event");
+  require(!same(other, eventByNlohmann(events.front())), "the comparison overlooks a changed event");
   require(!same(other, eventByQt(events.front())), "the comparison with Qt overlooks a changed event");
 }
 

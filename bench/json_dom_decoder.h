@@ -15,7 +15,6 @@
 #include "core/json/enum_names.h"
 #include "core/json/reader.h"
 #include "core/json/value.h"
-#include "core/wire/event_fields.h"
 #include "core/wire/request_fields.h"
 #include "core/wire/session_fields.h"
 
@@ -25,6 +24,7 @@ BOOST_DESCRIBE_STRUCT(PeerItem, (), (id, type, timestamp, role, phase, title, te
 BOOST_DESCRIBE_STRUCT(PeerDetail, (), (items, pendingRequests, session))
 BOOST_DESCRIBE_STRUCT(QtItem, (), (id, type, timestamp, role, phase, title, text, detail, status))
 BOOST_DESCRIBE_STRUCT(QtDetail, (), (items))
+BOOST_DESCRIBE_STRUCT(PeerEvent, (), (sequence, type, timestamp, sessionId, turnId, payload))
 BOOST_DESCRIBE_STRUCT(QtEvent, (), (sequence, type, timestamp, sessionId, turnId, payload))
 
 /// Fills records from a library's document tree, asking for each field by its name. `Dom` says how that library spells

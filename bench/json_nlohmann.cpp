@@ -56,9 +56,9 @@ PeerDetail detailByNlohmann(std::string_view text) {
   return DomDecoder<Nlohmann>::decode<PeerDetail>(&document);
 }
 
-wire::LiveEvent eventByNlohmann(std::string_view text) {
+PeerEvent eventByNlohmann(std::string_view text) {
   const nlohmann::json document = nlohmann::json::parse(text);
-  return DomDecoder<Nlohmann>::decode<wire::LiveEvent>(&document);
+  return DomDecoder<Nlohmann>::decode<PeerEvent>(&document);
 }
 
 }  // namespace varnel::bench

@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "core/json/value.h"
-#include "core/wire/event.h"
 #include "core/wire/request.h"
 #include "core/wire/session.h"
 
@@ -66,6 +65,18 @@ struct QtDetail {
   std::vector<QtItem> items;
 };
 
+/// `wire::LiveEvent` with its payload unfolded.
+struct PeerEvent {
+  std::int64_t sequence = 0;
+  std::string type;
+  double timestamp = 0;
+  std::optional<std::string> sessionId;
+  std::optional<std::string> turnId;
+  json::JSONValue::Object payload;
+
+  bool operator==(const PeerEvent&) const = default;
+};
+
 struct QtEvent {
   std::int64_t sequence = 0;
   QString type;
@@ -78,7 +89,7 @@ struct QtEvent {
 };
 
 PeerDetail detailByNlohmann(std::string_view text);
-wire::LiveEvent eventByNlohmann(std::string_view text);
+PeerEvent eventByNlohmann(std::string_view text);
 PeerDetail detailByRapidjson(std::string_view text);
 PeerDetail detailByBoost(std::string_view text);
 QtDetail detailByQt(std::string_view text);

@@ -64,13 +64,19 @@ struct Codec<JSONValue::Object> {
 /// Keeps the text, checked in full, in place of the tree.
 template <>
 struct Codec<RawValue> {
-  static bool read(Reader& in, RawValue& out) {
-    std::string_view text;
-    if (!in.skipValue(text)) return false;
-    out = RawValue::adopt(std::string(text));
+  static bool read(Reader& in, RawValue& out) { return in.readRaw(out); }
+  static bool write(Writer& out, const RawValue& value) { return Codec<JSONValue>::write(out, value.value()); }
+};
+
+template <>
+struct Codec<RawObject> {
+  static bool read(Reader& in, RawObject& out) {
+    RawValue value;
+    if (!in.expectObject() || !in.readRaw(value)) return false;
+    out = RawObject(std::move(value));
     return true;
   }
-  static bool write(Writer& out, const RawValue& value) { return Codec<JSONValue>::write(out, value.value()); }
+  static bool write(Writer& out, const RawObject& value) { return Codec<JSONValue::Object>::write(out, value.value()); }
 };
 
 template <>
@@ -140,10 +146,11 @@ struct Codec<std::vector<T>> {
 /// Reads exactly one value from a text.
 template <class T>
 std::expected<T, DecodeError> decodeText(std::string_view text) {
+  // Made where it is returned: moving a record costs as much as reading a small one.
+  std::expected<T, DecodeError> result;
   Reader in(text);
-  T value{};
-  if (Codec<T>::read(in, value) && in.finish()) return value;
-  return std::unexpected(std::move(in.error()));
+  if (!Codec<T>::read(in, *result) || !in.finish()) result = std::unexpected(std::move(in.error()));
+  return result;
 }
 
 template <class T>

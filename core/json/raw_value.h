@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <expected>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -13,8 +15,10 @@
 namespace varnel::json {
 
 /// A JSON value kept as the text it came in, checked in full, and unfolded where it is looked at. Behaves as the
-/// `JSONValue` it stands for: equality, hash and encoding are those of the unfolded value. Holding the text costs a
-/// tenth of what the unfolded tree does, and most tool details are never opened.
+/// `JSONValue` it stands for: equality, hash and encoding are those of the unfolded value. Most tool details are never
+/// opened, and a tree costs ten times the memory of its text.
+///
+/// Values that came in one answer share its text, which lives as long as any of them.
 class RawValue {
  public:
   /// The JSON value null.
@@ -24,18 +28,39 @@ class RawValue {
 
   /// Fails unless the whole text is exactly one JSON value.
   static std::expected<RawValue, DecodeError> parse(std::string text);
-  /// Takes a text that a reader has found to be exactly one value.
-  static RawValue adopt(std::string checkedText);
+  /// Takes a piece of `whole` that a reader has found to be exactly one value.
+  static RawValue share(std::shared_ptr<const std::string> whole, std::string_view checkedPiece);
 
   /// Unfolds the text; costs one pass over it at each call.
   [[nodiscard]] JSONValue value() const;
-  [[nodiscard]] const std::string& text() const { return m_text; }
+  /// Valid as long as this value, or another that shares the text.
+  [[nodiscard]] std::string_view text() const;
 
   bool operator==(const RawValue& other) const;
   [[nodiscard]] std::size_t hash() const { return value().hash(); }
 
  private:
-  std::string m_text = "null";
+  std::shared_ptr<const std::string> m_whole;  ///< none for null
+  std::size_t m_begin = 0;
+  std::size_t m_size = 0;
+};
+
+/// The same for what must be an object: its members by name.
+class RawObject {
+ public:
+  /// An object without members.
+  RawObject() = default;
+  RawObject(const JSONValue::Object& members) : m_value(JSONValue(members)) {}
+  /// Takes an object that a reader has checked.
+  explicit RawObject(RawValue checkedObject) : m_value(std::move(checkedObject)) {}
+
+  [[nodiscard]] JSONValue::Object value() const;
+
+  bool operator==(const RawObject& other) const { return value() == other.value(); }
+  [[nodiscard]] std::size_t hash() const { return JSONValue(value()).hash(); }
+
+ private:
+  RawValue m_value;
 };
 
 }  // namespace varnel::json
@@ -43,4 +68,9 @@ class RawValue {
 template <>
 struct std::hash<varnel::json::RawValue> {
   std::size_t operator()(const varnel::json::RawValue& value) const { return value.hash(); }
+};
+
+template <>
+struct std::hash<varnel::json::RawObject> {
+  std::size_t operator()(const varnel::json::RawObject& value) const { return value.hash(); }
 };

@@ -46,6 +46,10 @@ Reader::Reader(std::string_view text) : m_begin(text.data()), m_position(m_begin
   if (!simdjson::validate_utf8(text.data(), text.size())) fail("not UTF-8");
 }
 
+Reader::Reader(std::shared_ptr<const std::string> text) : Reader(std::string_view(*text)) {
+  m_owner = std::move(text);
+}
+
 bool Reader::fail(std::string reason) {
   if (!m_failed) m_error = {.path = {}, .reason = std::move(reason)};
   m_failed = true;
@@ -63,7 +67,9 @@ void Reader::rewind(const Mark& mark) {
   m_failed = false;
 }
 
-void Reader::skipSpace() {
+inline void Reader::skipSpace() {
+  // Compact text has none.
+  if (m_position != m_end && static_cast<unsigned char>(*m_position) > ' ') return;
   while (m_position != m_end && isSpace(*m_position)) ++m_position;
 }
 
@@ -253,6 +259,10 @@ bool Reader::enter() {
   return true;
 }
 
+bool Reader::expectObject() {
+  return expect(Kind::Object, '{');
+}
+
 bool Reader::enterObject() {
   return expect(Kind::Object, '{') && enter();
 }
@@ -262,7 +272,7 @@ bool Reader::enterArray() {
 }
 
 /// Moves past a comma or the closing bracket; `more` tells which.
-bool Reader::separator(char closing, bool& more) {
+inline bool Reader::separator(char closing, bool& more) {
   skipSpace();
   if (m_failed) return false;
   if (m_position == m_end) return unexpected();
@@ -301,6 +311,17 @@ bool Reader::readKey(std::string_view& key) {
 bool Reader::nextMember(std::string_view& key, bool& more) {
   if (!separator('}', more)) return false;
   return !more || readKey(key);
+}
+
+bool Reader::hasMember(bool& more) {
+  return separator('}', more);
+}
+
+bool Reader::takeKey(const Key& key) {
+  skipSpace();
+  if (!key.stands(m_position, m_end)) return false;
+  m_position += key.size();
+  return true;
 }
 
 bool Reader::nextElement(bool& more) {
@@ -346,6 +367,19 @@ bool Reader::skipValue(std::string_view& text) {
     if (opens) isObject[static_cast<std::size_t>(m_depth)] = opening == '{';
   } while (m_depth > outside);
   text = {begin, m_position};
+  return true;
+}
+
+bool Reader::readRaw(RawValue& out) {
+  std::string_view text;
+  if (!skipValue(text)) return false;
+  if (m_owner) {
+    out = RawValue::share(m_owner, text);
+  } else {
+    auto copy = std::make_shared<const std::string>(text);
+    const std::string_view whole = *copy;
+    out = RawValue::share(std::move(copy), whole);
+  }
   return true;
 }
 

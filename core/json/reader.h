@@ -3,10 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "core/json/decode_error.h"
+#include "core/json/key.h"
+#include "core/json/raw_value.h"
 
 namespace varnel::json {
 
@@ -24,6 +27,8 @@ class Reader {
  public:
   /// Checks that the text is UTF-8 before anything is read.
   explicit Reader(std::string_view text);
+  /// The same, and values that are kept as text share this one.
+  explicit Reader(std::shared_ptr<const std::string> text);
 
   /// What stands next, without moving; fails at the end of the text and where no value can begin.
   bool peek(Kind& kind);
@@ -39,13 +44,22 @@ class Reader {
   /// An object is `enterObject`, then `nextMember` and a value in turn until it sets `more` to false. The key is valid
   /// until the next call.
   bool enterObject();
+  /// Fails, without moving, unless an object stands next.
+  bool expectObject();
   bool nextMember(std::string_view& key, bool& more);
+  /// `nextMember` in two steps: `more` is set as there, and then either this key, spelled without escapes, is next and
+  /// passed over, or nothing moves and `readKey` tells what stands there.
+  bool hasMember(bool& more);
+  bool takeKey(const Key& key);
+  bool readKey(std::string_view& key);
   /// An array is `enterArray`, then `nextElement` and a value in turn until it sets `more` to false.
   bool enterArray();
   bool nextElement(bool& more);
 
   /// Passes over one value of any kind, checked as strictly as if it were read, and gives its text.
   bool skipValue(std::string_view& text);
+  /// `skipValue` that keeps what it passed over.
+  bool readRaw(RawValue& out);
 
   /// True when nothing but white space is left.
   bool finish();
@@ -71,7 +85,6 @@ class Reader {
   bool expect(Kind wanted, char opening);
   bool mismatch(std::string_view wanted);
   bool literal(std::string_view word);
-  bool readKey(std::string_view& key);
   bool separator(char closing, bool& more);
   bool scanNumber(NumberToken& token);
   bool scanString(std::string_view& raw, bool& escaped);
@@ -88,7 +101,8 @@ class Reader {
   int m_depth = 0;
   bool m_first = false;  ///< right after an opening bracket
   bool m_failed = false;
-  std::string m_key;  ///< a key that held escapes
+  std::string m_key;                           ///< a key that held escapes
+  std::shared_ptr<const std::string> m_owner;  ///< of the whole text, when it may be shared
   DecodeError m_error;
 };
 

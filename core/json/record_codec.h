@@ -27,20 +27,21 @@ struct Codec<T> {
     if (!in.enterObject()) return false;
     std::uint64_t seen = 0;
     for (std::size_t next = 0;;) {
-      std::string_view key;
       bool more = false;
-      if (!in.nextMember(key, more)) return false;
+      if (!in.hasMember(more)) return false;
       if (!more) return complete(in, seen);
-      const std::size_t index = find(key, next);
-      std::string_view ignored;
-      if (index == kSize ? !in.skipValue(ignored) : !kFields[index].read(in, out)) {
-        in.error().prependMember(index == kSize ? std::string_view("?") : kFields[index].name);
+      std::size_t index = kSize;
+      if (!findMember(in, next, index)) return false;
+      if (index == kSize) {
+        if (!skipUnknown(in)) return false;
+        continue;
+      }
+      if (!kFields[index].read(in, out)) {
+        in.error().prependMember(kFields[index].key.name());
         return false;
       }
-      if (index != kSize) {
-        seen |= std::uint64_t{1} << index;
-        next = index + 1;
-      }
+      seen |= std::uint64_t{1} << index;
+      next = index + 1;
     }
   }
 
@@ -48,7 +49,7 @@ struct Codec<T> {
     if (!out.beginObject()) return false;
     for (const Field& field : kFields) {
       if (!field.write(out, value)) {
-        out.error().prependMember(field.name);
+        out.error().prependMember(field.key.name());
         return false;
       }
     }
@@ -57,7 +58,7 @@ struct Codec<T> {
 
  private:
   struct Field {
-    std::string_view name;
+    Key key;
     bool required = true;
     bool (*read)(Reader&, T&);
     bool (*write)(Writer&, const T&);
@@ -83,7 +84,7 @@ struct Codec<T> {
   template <class Member>
   static constexpr Field field() {
     using Type = std::remove_cvref_t<decltype(std::declval<T&>().*Member::pointer)>;
-    return {Member::name, !kIsOptional<Type>, &readMember<Member>, &writeMember<Member>};
+    return {Key(Member::name), !kIsOptional<Type>, &readMember<Member>, &writeMember<Member>};
   }
 
   template <class... Member>
@@ -95,20 +96,30 @@ struct Codec<T> {
   static constexpr std::size_t kSize = kFields.size();
   static_assert(kSize <= 64, "the set of seen members is one word");
 
-  /// Most writers keep the declared order, so the field after the last one is tried first.
-  static std::size_t find(std::string_view key, std::size_t next) {
-    for (std::size_t i = 0; i < kSize; ++i, ++next) {
-      if (next >= kSize) next = 0;
-      if (kFields[next].name == key) return next;
+  /// The member whose key stands next, or `kSize` when it is none of ours. Most writers keep the declared order and
+  /// leave out what is absent, so the fields after the last one are tried first, without looking for the key's end.
+  static bool findMember(Reader& in, std::size_t next, std::size_t& index) {
+    for (index = next; index < kSize; ++index) {
+      if (in.takeKey(kFields[index].key)) return true;
     }
-    return kSize;
+    std::string_view key;
+    if (!in.readKey(key)) return false;
+    for (index = 0; index < kSize && kFields[index].key.name() != key;) ++index;
+    return true;
+  }
+
+  static bool skipUnknown(Reader& in) {
+    std::string_view ignored;
+    if (in.skipValue(ignored)) return true;
+    in.error().prependMember("?");
+    return false;
   }
 
   static bool complete(Reader& in, std::uint64_t seen) {
     for (std::size_t i = 0; i < kSize; ++i) {
       if (!kFields[i].required || (seen >> i & 1U) != 0) continue;
       in.fail("missing");
-      in.error().prependMember(kFields[i].name);
+      in.error().prependMember(kFields[i].key.name());
       return false;
     }
     return true;

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "core/json/value.h"
+#include "core/json/raw_value.h"
 
 namespace varnel::wire {
 
@@ -17,7 +17,7 @@ struct LiveEvent {
   double timestamp = 0;  ///< seconds since 1970, UTC
   std::optional<std::string> sessionId;
   std::optional<std::string> turnId;
-  json::JSONValue::Object payload;
+  json::RawObject payload;
 
   [[nodiscard]] std::int64_t identity() const { return sequence; }
 };

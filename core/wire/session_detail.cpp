@@ -55,9 +55,11 @@ bool readDetail(json::Reader& in, SessionDetail& out) {
 
 std::expected<SessionDetail, json::DecodeError> decodeSessionDetail(std::string text) {
   SessionDetail detail;
-  json::Reader in(text);
+  auto whole = std::make_shared<const std::string>(std::move(text));
+  json::Reader in(whole);
   if (!readDetail(in, detail)) return std::unexpected(std::move(in.error()));
-  detail.whole = json::RawValue::adopt(std::move(text));
+  const std::string_view all = *whole;
+  detail.whole = json::RawValue::share(std::move(whole), all);
   return detail;
 }
 

@@ -132,8 +132,10 @@ void Events::tell(const Coalescer::Due& due, const Sessions& sessions) {
 void Events::publish(wire::LiveEvent event) {
   event.sequence = m_log.head() + 1;
   event.timestamp = m_clock.wall();
-  if (const auto content = event.payload.find("content"); content != event.payload.end()) {
+  auto payload = event.payload.value();
+  if (const auto content = payload.find("content"); content != payload.end()) {
     (*content->second.object())["sequence"] = event.sequence;
+    event.payload = payload;
   }
   const auto text = checkedEvent(event);
   if (!text) return;
@@ -181,12 +183,13 @@ wire::LiveEvent Events::activity(const wire::SessionSummary& session, bool track
   if (const auto turn = m_lastTurns.find(session.id); !event.turnId && turn != m_lastTurns.end()) {
     event.turnId = turn->second;
   }
-  event.payload.emplace("tracked", tracked);
-  event.payload.emplace("project", session.project);
-  event.payload.emplace("content", json::JSONValue::Object{{"state", std::string(json::nameOf(session.state))},
-                                                           {"message", session.latestCommentary},
-                                                           {"updatedAt", session.updatedAt},
-                                                           {"sequence", m_log.head()}});
+  event.payload =
+      json::JSONValue::Object{{"tracked", tracked},
+                              {"project", session.project},
+                              {"content", json::JSONValue::Object{{"state", std::string(json::nameOf(session.state))},
+                                                                  {"message", session.latestCommentary},
+                                                                  {"updatedAt", session.updatedAt},
+                                                                  {"sequence", m_log.head()}}}};
   return event;
 }
 

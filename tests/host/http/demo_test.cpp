@@ -73,8 +73,9 @@ TEST_F(DemoTest, aMessageIsAnsweredWhileThePhoneListens) {
   while (const auto text = stream.next()) {
     const auto event = wire::decode<wire::LiveEvent>(*text).value();
     if (event.type != "activity.updated" || event.sessionId != idle->id) continue;
-    EXPECT_EQ(event.payload.at("tracked"), json::JSONValue(true)) << "the lock screen does not follow the message";
-    state = *event.payload.at("content").member("state")->string();
+    EXPECT_EQ(event.payload.value().at("tracked"), json::JSONValue(true))
+        << "the lock screen does not follow the message";
+    state = *event.payload.value().at("content").member("state")->string();
     if (state != "working") break;
   }
   EXPECT_TRUE(state == "done" || state == "needsInput") << state;

@@ -120,9 +120,9 @@ TEST_F(EventsTest, carriesTheLockScreensContent) {
   const auto event = next(client).value();
   EXPECT_EQ(event.type, "activity.updated");
   EXPECT_EQ(event.turnId, "turn 1");
-  EXPECT_EQ(event.payload.at("tracked"), json::JSONValue(true));
-  EXPECT_EQ(event.payload.at("project"), json::JSONValue("Name of fresh"));
-  const auto& content = event.payload.at("content");
+  EXPECT_EQ(event.payload.value().at("tracked"), json::JSONValue(true));
+  EXPECT_EQ(event.payload.value().at("project"), json::JSONValue("Name of fresh"));
+  const auto content = event.payload.value().at("content");
   EXPECT_EQ(*content.member("state"), json::JSONValue("needsInput"));
   EXPECT_EQ(*content.member("message"), json::JSONValue("May I?"));
   EXPECT_EQ(*content.member("sequence"), json::JSONValue(event.sequence));
