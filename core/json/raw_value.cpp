@@ -2,16 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "core/json/raw_value.h"
 
+#include <cstring>
+
 #include "core/json/reader.h"
 #include "core/json/text.h"
 
 namespace varnel::json {
 
 RawValue::RawValue(const JSONValue& value) {
-  auto text = write(value);
-  if (!text) return;
-  m_size = text->size();
-  m_whole = std::make_shared<const std::string>(*std::move(text));
+  if (const auto text = write(value)) *this = copy(*text);
 }
 
 std::expected<RawValue, DecodeError> RawValue::parse(std::string text) {
@@ -22,17 +21,22 @@ std::expected<RawValue, DecodeError> RawValue::parse(std::string text) {
   return share(std::move(whole), value);
 }
 
-RawValue RawValue::share(std::shared_ptr<const std::string> whole, std::string_view checkedPiece) {
+RawValue RawValue::share(std::shared_ptr<const void> owner, std::string_view checkedText) {
   RawValue result;
-  result.m_begin = static_cast<std::size_t>(checkedPiece.data() - whole->data());
-  result.m_size = checkedPiece.size();
-  result.m_whole = std::move(whole);
+  result.m_owner = std::move(owner);
+  result.m_text = checkedText;
   return result;
 }
 
+RawValue RawValue::copy(std::string_view checkedText) {
+  auto bytes = std::make_shared_for_overwrite<char[]>(checkedText.size());
+  std::memcpy(bytes.get(), checkedText.data(), checkedText.size());
+  const std::string_view text(bytes.get(), checkedText.size());
+  return share(std::move(bytes), text);
+}
+
 std::string_view RawValue::text() const {
-  if (m_whole == nullptr) return "null";
-  return std::string_view(*m_whole).substr(m_begin, m_size);
+  return m_owner == nullptr ? "null" : m_text;
 }
 
 JSONValue RawValue::value() const {

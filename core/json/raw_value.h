@@ -28,8 +28,10 @@ class RawValue {
 
   /// Fails unless the whole text is exactly one JSON value.
   static std::expected<RawValue, DecodeError> parse(std::string text);
-  /// Takes a piece of `whole` that a reader has found to be exactly one value.
-  static RawValue share(std::shared_ptr<const std::string> whole, std::string_view checkedPiece);
+  /// Takes a text that a reader has found to be exactly one value; `owner` keeps it alive.
+  static RawValue share(std::shared_ptr<const void> owner, std::string_view checkedText);
+  /// The same with a copy of the text.
+  static RawValue copy(std::string_view checkedText);
 
   /// Unfolds the text; costs one pass over it at each call.
   [[nodiscard]] JSONValue value() const;
@@ -40,9 +42,8 @@ class RawValue {
   [[nodiscard]] std::size_t hash() const { return value().hash(); }
 
  private:
-  std::shared_ptr<const std::string> m_whole;  ///< none for null
-  std::size_t m_begin = 0;
-  std::size_t m_size = 0;
+  std::shared_ptr<const void> m_owner;  ///< none for null
+  std::string_view m_text;
 };
 
 /// The same for what must be an object: its members by name.

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "core/base/text.h"
+#include "core/json/escape_scan.h"
 #include "core/json/excerpt.h"
 #include "core/json/number.h"
 #include "core/json/string_scan.h"
@@ -21,9 +22,16 @@ namespace {
 using detail::Escape;
 using detail::skipPlain;
 
-bool isSpace(char c) {
-  return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+/// Most events are; looking costs less than calling the library.
+bool isShortAscii(std::string_view text) {
+  constexpr std::size_t kShort = 1024;
+  unsigned char seen = 0;
+  if (text.size() <= kShort) {
+    for (const char c : text) seen |= static_cast<unsigned char>(c);
+  }
+  return text.size() <= kShort && seen < 0x80;
 }
+
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -43,7 +51,7 @@ struct Reader::NumberToken {
 };
 
 Reader::Reader(std::string_view text) : m_begin(text.data()), m_position(m_begin), m_end(m_begin + text.size()) {
-  if (!simdjson::validate_utf8(text.data(), text.size())) fail("not UTF-8");
+  if (!isShortAscii(text) && !simdjson::validate_utf8(text.data(), text.size())) fail("not UTF-8");
 }
 
 Reader::Reader(std::shared_ptr<const std::string> text) : Reader(std::string_view(*text)) {
@@ -65,12 +73,6 @@ void Reader::rewind(const Mark& mark) {
   m_depth = mark.depth;
   m_first = mark.first;
   m_failed = false;
-}
-
-inline void Reader::skipSpace() {
-  // Compact text has none.
-  if (m_position != m_end && static_cast<unsigned char>(*m_position) > ' ') return;
-  while (m_position != m_end && isSpace(*m_position)) ++m_position;
 }
 
 bool Reader::unexpected() {
@@ -246,7 +248,7 @@ bool Reader::readString(std::string& out) {
   if (escaped) {
     detail::unescape(raw, out);
   } else {
-    out.assign(raw);
+    out = std::string(raw);
   }
   return true;
 }
@@ -271,28 +273,6 @@ bool Reader::enterArray() {
   return expect(Kind::Array, '[') && enter();
 }
 
-/// Moves past a comma or the closing bracket; `more` tells which.
-inline bool Reader::separator(char closing, bool& more) {
-  skipSpace();
-  if (m_failed) return false;
-  if (m_position == m_end) return unexpected();
-  if (*m_position == closing) {
-    ++m_position;
-    --m_depth;
-    m_first = false;
-    more = false;
-    return true;
-  }
-  more = true;
-  if (m_first) {
-    m_first = false;
-    return true;
-  }
-  if (*m_position != ',') return unexpected();
-  ++m_position;
-  return true;
-}
-
 bool Reader::readKey(std::string_view& key) {
   skipSpace();
   if (m_position == m_end || *m_position != '"') return unexpected();
@@ -311,17 +291,6 @@ bool Reader::readKey(std::string_view& key) {
 bool Reader::nextMember(std::string_view& key, bool& more) {
   if (!separator('}', more)) return false;
   return !more || readKey(key);
-}
-
-bool Reader::hasMember(bool& more) {
-  return separator('}', more);
-}
-
-bool Reader::takeKey(const Key& key) {
-  skipSpace();
-  if (!key.stands(m_position, m_end)) return false;
-  m_position += key.size();
-  return true;
 }
 
 bool Reader::nextElement(bool& more) {
@@ -373,13 +342,7 @@ bool Reader::skipValue(std::string_view& text) {
 bool Reader::readRaw(RawValue& out) {
   std::string_view text;
   if (!skipValue(text)) return false;
-  if (m_owner) {
-    out = RawValue::share(m_owner, text);
-  } else {
-    auto copy = std::make_shared<const std::string>(text);
-    const std::string_view whole = *copy;
-    out = RawValue::share(std::move(copy), whole);
-  }
+  out = m_owner ? RawValue::share(m_owner, text) : RawValue::copy(text);
   return true;
 }
 

@@ -85,6 +85,7 @@ class Reader {
   bool expect(Kind wanted, char opening);
   bool mismatch(std::string_view wanted);
   bool literal(std::string_view word);
+  /// Moves past a comma or the closing bracket; `more` tells which.
   bool separator(char closing, bool& more);
   bool scanNumber(NumberToken& token);
   bool scanString(std::string_view& raw, bool& escaped);
@@ -105,5 +106,45 @@ class Reader {
   std::shared_ptr<const std::string> m_owner;  ///< of the whole text, when it may be shared
   DecodeError m_error;
 };
+
+// What runs for every member stands here, so that a record's loop is one piece.
+
+inline void Reader::skipSpace() {
+  // Compact text has none.
+  if (m_position != m_end && static_cast<unsigned char>(*m_position) > ' ') return;
+  while (m_position != m_end && std::string_view(" \n\r\t").contains(*m_position)) ++m_position;
+}
+
+inline bool Reader::separator(char closing, bool& more) {
+  skipSpace();
+  if (m_failed) return false;
+  if (m_position == m_end) return unexpected();
+  if (*m_position == closing) {
+    ++m_position;
+    --m_depth;
+    m_first = false;
+    more = false;
+    return true;
+  }
+  more = true;
+  if (m_first) {
+    m_first = false;
+    return true;
+  }
+  if (*m_position != ',') return unexpected();
+  ++m_position;
+  return true;
+}
+
+inline bool Reader::hasMember(bool& more) {
+  return separator('}', more);
+}
+
+inline bool Reader::takeKey(const Key& key) {
+  skipSpace();
+  if (!key.stands(m_position, m_end)) return false;
+  m_position += key.size();
+  return true;
+}
 
 }  // namespace varnel::json

@@ -64,42 +64,6 @@ inline const char* skipPlain(const char* p, const char* end) {
   return skipPlainPortable(p, end);
 }
 
-/// From a backslash on, passes over as many escapes of the commonest kinds as it can, without a branch for each: their
-/// distances cannot be predicted. Ends at the string's closing quote, at another kind of escape, at a control character
-/// or anywhere near the end of the text, never between a backslash and its letter.
-inline const char* skipCommonEscapes(const char* p, const char* end) {
-#if defined(__SSE2__)
-  constexpr std::uint64_t kOddBits = 0xAAAAAAAAAAAAAAAA;
-  while (end - p >= 64) {
-    std::uint64_t slashes = 0;
-    std::uint64_t stops = 0;    // quotes and control characters
-    std::uint64_t letters = 0;  // what may follow a backslash
-    for (int i = 0; i < 64; i += 16) {
-      __m128i v;
-      std::memcpy(&v, p + i, sizeof v);
-      const __m128i slash = _mm_cmpeq_epi8(v, _mm_set1_epi8('\\'));
-      const __m128i quote = _mm_cmpeq_epi8(v, _mm_set1_epi8('"'));
-      const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(v, _mm_set1_epi8(0x1f)), v);
-      const __m128i newline = _mm_cmpeq_epi8(v, _mm_set1_epi8('n'));
-      const auto bits = [i](__m128i mask) {
-        return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(mask))) << i;
-      };
-      slashes |= bits(slash);
-      stops |= bits(_mm_or_si128(quote, control));
-      letters |= bits(_mm_or_si128(_mm_or_si128(slash, quote), newline));
-    }
-    // Of a run of backslashes every other one is a letter; the subtraction carries along each run.
-    const std::uint64_t ends = (((slashes << 1) | kOddBits) - slashes) ^ kOddBits;
-    const std::uint64_t escaped = ends ^ slashes;
-    const std::uint64_t open = (ends & slashes) >> 63;
-    stops = (stops & ~escaped) | ((escaped & ~letters) >> 1);
-    if (stops != 0) return p + std::countr_zero(stops);
-    p += 64 - open;
-  }
-#endif
-  return p;
-}
-
 /// `skipPlain` that copies what it passes to `to` and moving that along. May write as many bytes as are left of the
 /// text.
 inline const char* copyPlain(const char* p, const char* end, char*& to) {
