@@ -26,7 +26,7 @@ RunningBridge::RunningBridge(http::Limits limits, MakeAgent makeAgent) {
   if (!store) throw std::runtime_error(store.error());
   m_store = std::move(*store);
   m_agent = makeAgent ? makeAgent(m_io.get_executor()) : std::make_unique<FakeAgent>(m_io.get_executor());
-  m_fake = dynamic_cast<FakeAgent*>(m_agent.get());
+  if (auto* fake = dynamic_cast<FakeAgent*>(m_agent.get())) m_fake = fake;
   const auto system = service::Clock::system();
   const service::Clock clock{
       .wall = [this, system] { return system.wall() + static_cast<double>(m_ahead) / 1000; },

@@ -66,7 +66,8 @@ class RunningBridge {
   std::atomic<std::int64_t> m_ahead{0};  ///< milliseconds
   std::unique_ptr<store::Store> m_store;
   std::unique_ptr<agent::Agent> m_agent;
-  FakeAgent* m_fake = nullptr;
+  FakeAgent m_idle{m_io.get_executor()};  ///< stands in for the fake one when the test brought its own
+  FakeAgent* m_fake = &m_idle;
   std::unique_ptr<service::Bridge> m_bridge;
   std::unique_ptr<http::Server> m_server;
   std::uint16_t m_port = 0;

@@ -117,7 +117,7 @@ class VarnelTest : public ::testing::Test {
     auto serving = start(words);
     const auto line = serving->line();
     EXPECT_THAT(line, StartsWith("listening on http://127.0.0.1:")) << contentOf(errors);
-    port = static_cast<std::uint16_t>(std::atoi(line.c_str() + line.rfind(':') + 1));
+    port = static_cast<std::uint16_t>(std::atoi(line.substr(line.rfind(':') + 1).c_str()));
     return serving;
   }
   wire::ClaimResult claim(const std::string& secret, const std::string& name) {
