@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,6 +21,9 @@ class Key {
     std::ranges::copy(name, m_text.begin() + 1);
     m_text[name.size() + 1] = '"';
     m_text[name.size() + 2] = ':';
+    const std::size_t spare = kWord - std::min(m_size, kWord);
+    constexpr std::uint64_t kAll = ~std::uint64_t{0};
+    m_mask = std::endian::native == std::endian::little ? kAll >> (8 * spare) : kAll << (8 * spare);
   }
 
   [[nodiscard]] constexpr std::string_view name() const { return m_name; }
@@ -29,20 +33,26 @@ class Key {
   /// Whether the text at `p` begins with it.
   [[nodiscard]] bool stands(const char* p, const char* end) const {
     if (static_cast<std::size_t>(end - p) < std::max(m_size, kWord)) return false;
-    std::uint64_t there = 0;
-    std::uint64_t wanted = 0;
-    std::memcpy(&there, p, kWord);
-    std::memcpy(&wanted, m_text.data(), kWord);
-    if (m_size >= kWord) return there == wanted && std::memcmp(p + kWord, m_text.data() + kWord, m_size - kWord) == 0;
-    return std::memcmp(p, m_text.data(), m_size) == 0;
+    if (m_size < kWord) return ((word(p) ^ word(m_text.data())) & m_mask) == 0;
+    // Two words that overlap cover most names.
+    const std::size_t last = m_size - kWord;
+    if (word(p) != word(m_text.data()) || word(p + last) != word(m_text.data() + last)) return false;
+    return m_size <= 2 * kWord || std::memcmp(p + kWord, m_text.data() + kWord, m_size - kWord) == 0;
   }
 
  private:
   static constexpr std::size_t kWord = 8;
   static constexpr std::size_t kLongest = 40;
 
+  static std::uint64_t word(const char* p) {
+    std::uint64_t value = 0;
+    std::memcpy(&value, p, kWord);
+    return value;
+  }
+
   std::string_view m_name;
   std::size_t m_size;
+  std::uint64_t m_mask = 0;  ///< the bytes of a word that a shorter name takes
   std::array<char, kLongest> m_text{};
 };
 
