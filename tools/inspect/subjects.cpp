@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include "tools/inspect/call.h"
+#include "tools/inspect/decode.h"
+#include "tools/inspect/events.h"
+#include "tools/inspect/subject.h"
+
+namespace varnel::inspect {
+
+namespace {
+
+constexpr Subject kSubjects[] = {
+    {"decode", "RECORD", "JSON as that record, encoded again", Subject::Input::JSON, decodeConverter},
+    {"pretty", "", "JSON as the application shows it, in a JSON string", Subject::Input::JSON, prettyConverter},
+    {"call", "OPERATION [ARGS]", "one operation of a bridge; ARGS is a JSON object", Subject::Input::None, nullptr,
+     runCall},
+    {"events", "", "a bridge's events after --after N, one a line, --count K of them", Subject::Input::None, nullptr,
+     runEvents},
+};
+
+}  // namespace
+
+std::span<const Subject> subjects() {
+  return kSubjects;
+}
+
+std::string usage() {
+  std::string text =
+      "usage: varnel-inspect [--lines] SUBJECT ...\n"
+      "Reads standard input, writes JSON. With --lines each line of input gives {\"ok\": ...} or {\"error\": ...}.\n\n";
+  for (const Subject& subject : kSubjects) {
+    std::string head = "  " + std::string(subject.name) + " " + std::string(subject.parameters);
+    head.resize(std::max<std::size_t>(head.size() + 1, 26), ' ');
+    text += head + std::string(subject.purpose) + "\n";
+  }
+  text += "\nThe bridge: --base-url URL, --token TOKEN or --token-file FILE, --device-id ID\n\nRECORD is one of";
+  text += recordNames() + "\n\nOPERATION is one of (\"?\" marks what may be left out):\n" + operationList();
+  return text;
+}
+
+}  // namespace varnel::inspect
