@@ -3,6 +3,7 @@
 """What the other checks find, what they let through, and what they refuse to call a success."""
 
 import json
+import os
 import unittest
 
 from scratch import REPOSITORY, ScratchCase
@@ -126,6 +127,33 @@ class Fuzz(ScratchCase):
         (self.root / "build/fuzz/fuzz/reader").unlink()
         nothing = self.run_program("bash", "-c", "source scripts/lib.sh; fuzz 1", cwd=self.root)
         self.assertIn("no harness", nothing.stdout)
+
+
+class FirstSteps(ScratchCase):
+    """scripts/check in a copy of the scripts, with the programs it needs as stubs."""
+
+    def check(self, name):
+        return self.run_program(self.root / "scripts" / "check", "--only", name, environment=self.environment)
+
+    def setUp(self):
+        super().setUp()
+        self.run_program("cp", "-r", REPOSITORY / "scripts", self.root)
+        self.run_program("git", "init", "--quiet", self.root)
+        for program in ("cmake", "ninja", "clang++-19", "clang-tidy-19", "qmllint"):
+            self.write(f"bin/{program}", "#!/bin/sh\nexit 0\n", executable=True)
+        self.environment = {"PATH": f"{self.root}/bin:{os.environ['PATH']}"}
+
+    def test_a_check_is_red_when_only_its_first_step_fails(self):
+        steps = {"qmllint": "scripts/checks/qml_modules.py", "tidy": "scripts/checks/tidy_units.py", "shell": "scripts/a"}
+        for name, path in steps.items():
+            with self.subTest(check=name):
+                self.write(path, "#!/usr/bin/env bash\n", executable=True)
+                good = self.check(name)
+                self.assertEqual(good.returncode, 0, good.stdout)
+                self.write(path, "#!/usr/bin/env bash\nfi\n", executable=True)
+                bad = self.check(name)
+                self.assertEqual(bad.returncode, 1, bad.stdout)
+                self.assertIn(f"FAIL  {name}", bad.stdout)
 
 
 class ContinuousIntegration(ScratchCase):
