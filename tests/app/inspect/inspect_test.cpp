@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include "tests/support/fake_bridge.h"
+#include "tests/support/waiting.h"
+
+/// The tool as a script meets it: its streams and its exit status.
+namespace varnel::inspect {
+namespace {
+
+using support::FakeBridge;
+using support::Script;
+using testing::HasSubstr;
+
+struct Ran {
+  int status = -1;
+  std::string out = {};
+  std::string error = {};
+};
+
+Ran run(const QStringList& words, const QByteArray& input = {}) {
+  QProcess process;
+  process.start(qEnvironmentVariable("VARNEL_INSPECT"), words);
+  process.write(input);
+  process.closeWriteChannel();
+  if (!support::spinUntil([&] { return process.state() == QProcess::NotRunning; }, std::chrono::seconds(20))) {
+    process.kill();
+    process.waitForFinished();
+    return {};
+  }
+  return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+          process.readAllStandardError().toStdString()};
+}
+
+TEST(Decode, GivesTheRecordAgain) {
+  const Ran ran =
+      run({"decode", "ServiceTierOption"}, "{\"id\":\"i\",\"more\":[1],\"description\":\"d\",\"name\":\"n\"}\n");
+  EXPECT_EQ(ran.status, 0) << ran.error;
+  EXPECT_EQ(ran.out, "{\"id\":\"i\",\"name\":\"n\",\"description\":\"d\"}\n");
+  EXPECT_EQ(run({"decode", "UploadedAttachment"}, R"({"id":"i","kind":"k","name":"n","mimeType":"m","size":1e2})").out,
+            "{\"id\":\"i\",\"kind\":\"k\",\"name\":\"n\",\"mimeType\":\"m\",\"size\":100}\n");
+}
+
+TEST(Decode, SaysWhereAndWhyNot) {
+  const Ran ran = run({"decode", "ProjectsEnvelope"}, R"({"projects":[{"path":"p","name":null,"highRisk":true}]})");
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_EQ(ran.out, "");
+  EXPECT_THAT(ran.error, testing::StartsWith("projects[0].name: "));
+}
+
+TEST(Lines, EachLineHasItsOwnVerdict) {
+  const Ran ran = run({"--lines", "decode", "ServerError"}, "{\"error\":\"a\"}\n{}\n\nnot json\n{\"error\":\"z\"}");
+  EXPECT_EQ(ran.status, 0);
+  const QStringList lines = QString::fromStdString(ran.out).split(u'\n', Qt::SkipEmptyParts);
+  ASSERT_EQ(lines.size(), 5) << ran.out;
+  EXPECT_EQ(lines[0], R"({"ok":{"error":"a"}})");
+  for (int i = 1; i <= 3; ++i) EXPECT_TRUE(lines[i].startsWith(R"({"error":")")) << lines[i].toStdString();
+  EXPECT_EQ(lines[4], R"({"ok":{"error":"z"}})");
+}
+
+TEST(Pretty, IsAStringThatHoldsIt) {
+  EXPECT_EQ(run({"pretty"}, R"({"b":1,"a":"x/y"})").out,
+            "\"{\\n  \\\"a\\\": \\\"x\\\\/y\\\",\\n  \\\"b\\\": 1\\n}\"\n");
+  EXPECT_EQ(run({"pretty", "--lines"}, "null\n").out, "{\"ok\":\"null\"}\n");
+}
+
+TEST(Usage, IsShownWithStatusTwo) {
+  const QStringList wrong[] = {{},
+                               {"nothing"},
+                               {"decode"},
+                               {"decode", "NoRecord"},
+                               {"pretty", "more"},
+                               {"--unknown", "pretty"},
+                               {"call"},
+                               {"call", "nothing"},
+                               {"call", "sessions"},
+                               {"call", "sessions", "--lines", "--base-url", "http://x", "--token", "t"},
+                               {"call", "sessions", "--base-url", "no url", "--token", "t"},
+                               {"call", "rename", R"({"sessionId":"s"})", "--base-url", "http://x", "--token", "t"},
+                               {"call", "rename", R"({"sessionId":"s","name":1})", "--base-url=http://x", "--token=t"},
+                               {"call", "sessions", R"({"more":1})", "--base-url", "http://x", "--token", "t"},
+                               {"events", "--after", "x", "--base-url", "http://x", "--token", "t"},
+                               {"events", "--count", "0", "--base-url", "http://x", "--token", "t"},
+                               {"call", "sessions", "--base-url", "http://x", "--token-file", "/nowhere/token"}};
+  for (const QStringList& words : wrong) {
+    const Ran ran = run(words);
+    EXPECT_EQ(ran.status, 2) << words.join(u' ').toStdString() << ran.error;
+    EXPECT_EQ(ran.out, "");
+    EXPECT_THAT(ran.error, HasSubstr("usage: varnel-inspect"));
+  }
+  EXPECT_EQ(run({"--help"}).status, 0);
+}
+
+class Bridge : public testing::Test {
+ protected:
+  FakeBridge bridge;
+
+  Ran call(const QStringList& words) {
+    return run(QStringList{"call"} + words +
+               QStringList{"--base-url", QString::fromStdString(bridge.baseURL()), "--token", "tok"});
+  }
+};
+
+TEST_F(Bridge, OperationsGiveWhatTheyReturn) {
+  bridge.expect("GET", "/v1/projects", Script::json(200, R"({"projects":[{"highRisk":false,"name":"n","path":"p"}]})"));
+  EXPECT_EQ(call({"projects"}).out, "[{\"path\":\"p\",\"name\":\"n\",\"highRisk\":false}]\n");
+  EXPECT_EQ(bridge.requests().back().header("Authorization"), "Bearer tok");
+  bridge.expect("GET", "/v1/sessions/s", Script::json(200, R"({"items":[],"unknown":{"deep":[1.0]}})"));
+  EXPECT_EQ(call({"session", R"({"sessionId":"s"})"}).out, "{\"items\":[],\"unknown\":{\"deep\":[1]}}\n");
+  bridge.expect("POST", "/v1/sessions/s/name", Script::json(200, R"({"any":"thing"})"));
+  EXPECT_EQ(call({"rename", R"({"sessionId":"s","name":"ü"})"}).out, "null\n");
+  EXPECT_EQ(bridge.requests().back().body, R"({"name":"ü"})");
+  bridge.expect("POST", "/v1/sessions", Script::json(200, R"({"threadId":"t\"1"})"));
+  EXPECT_EQ(call({"createSession", R"({"cwd":"/p","sandbox":"s","approvalPolicy":"a","prompt":"go"})"}).out,
+            "\"t\\\"1\"\n");
+  bridge.expect("GET", "/v1/search?q=a%20b", Script::json(200, R"({"data":[]})"));
+  EXPECT_EQ(call({"search", R"({"query":"a b"})"}).out, "{\"data\":[]}\n");
+  bridge.expect("POST", "/v1/sessions/s/messages", Script::json(200, "{}"));
+  EXPECT_EQ(call({"sendMessage", R"({"sessionId":"s","text":"t","preferences":{"mode":"plan","model":"m",)"
+                                 R"("reasoningEffort":"e"}})"})
+                .out,
+            "null\n");
+}
+
+TEST_F(Bridge, UploadSendsTheFile) {
+  const QTemporaryDir directory;
+  QFile file(directory.filePath("a b.bin"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(QByteArray("\0\1\xff", 3));
+  file.close();
+  bridge.expect("POST", "/v1/sessions/s/uploads",
+                Script::json(200, R"({"id":"u","kind":"k","name":"n","mimeType":"m","size":3})"));
+  const Ran ran = call({"upload", QStringLiteral(R"({"sessionId":"s","file":"%1"})").arg(file.fileName())});
+  EXPECT_EQ(ran.status, 0) << ran.error;
+  EXPECT_EQ(bridge.requests().back().body, std::string("\0\1\xff", 3));
+  EXPECT_EQ(bridge.requests().back().header("X-File-Name"), "a b.bin");
+}
+
+TEST_F(Bridge, AClaimNeedsNoToken) {
+  bridge.expect("POST", "/v1/pair/claim", Script::json(200, R"({"deviceId":"d","token":"t"})"));
+  const Ran ran = run({"call", "claim",
+                       QStringLiteral(R"({"baseURL":"%1","secret":"x","deviceName":"y"})")
+                           .arg(QString::fromStdString(bridge.baseURL()))});
+  EXPECT_EQ(ran.out, R"({"baseURL":")" + bridge.baseURL() + "\",\"deviceId\":\"d\",\"token\":\"t\"}\n");
+  EXPECT_FALSE(bridge.requests().back().header("Authorization"));
+}
+
+TEST_F(Bridge, AFailureIsItsTextAlone) {
+  bridge.expect("GET", "/v1/sessions", Script::json(401, R"({"error":"Unknown token."})"));
+  const Ran ran = call({"sessions"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_EQ(ran.out, "");
+  EXPECT_EQ(ran.error, "Unknown token.\n");
+}
+
+TEST_F(Bridge, EventsAreLines) {
+  const auto event = [](int sequence) {
+    return R"({"type":"t","sequence":)" + std::to_string(sequence) + R"(,"timestamp":1.5,"payload":{}})";
+  };
+  const auto words = [this](int after) {
+    return QStringList{"events",  "--base-url",          QString::fromStdString(bridge.baseURL()), "--token", "tok",
+                       "--after", QString::number(after)};
+  };
+  bridge.expect("GET", "/v1/events?after=4&access_token=tok", Script::acceptStream({event(5), event(6), event(7)}));
+  const Ran two = run(words(4) + QStringList{"--count", "2"});
+  EXPECT_EQ(two.status, 0) << two.error;
+  EXPECT_EQ(two.out,
+            "{\"sequence\":5,\"type\":\"t\",\"timestamp\":1.5,\"payload\":{}}\n"
+            "{\"sequence\":6,\"type\":\"t\",\"timestamp\":1.5,\"payload\":{}}\n");
+  bridge.expect("GET", "/v1/events?after=0&access_token=tok", Script::acceptStream({event(1), "{}"}));
+  const Ran broken = run(words(0));
+  EXPECT_EQ(broken.status, 1);
+  EXPECT_THAT(broken.error, HasSubstr("sequence: "));
+  EXPECT_EQ(std::ranges::count(broken.out, '\n'), 1);
+  bridge.expect("GET", "/v1/events?after=1&access_token=tok", Script::json(401, "{}"));
+  EXPECT_EQ(run(words(1)).error, "Bridge error\n");
+}
+
+}  // namespace
+}  // namespace varnel::inspect
