@@ -76,7 +76,7 @@ class RecordListModel : public QAbstractListModel {
   using Identity = std::remove_cvref_t<decltype(std::declval<const R&>().identity())>;
 
   /// Most reloads change nothing of the order, so equal ends are matched without looking anything up.
-  Origins originsOf(const std::vector<R>& records) const {
+  [[nodiscard]] Origins originsOf(const std::vector<R>& records) const {
     Origins origins(records.size());
     const auto shorter = std::min(records.size(), m_records.size());
     std::size_t head = 0;

@@ -17,6 +17,7 @@ const Value& entryOf(const BySession<Value>& map, std::string_view sessionId) {
 }
 
 constexpr int kUnauthorized = 401;
+constexpr qsizetype kLongestReport = 2'000;
 
 bool refusesToken(const client::ClientError& error) {
   const auto* answer = std::get_if<client::APIError>(&error);
@@ -75,7 +76,9 @@ void AppModel::report(const client::ClientError& error) {
 }
 
 void AppModel::report(const QString& text) {
-  assign(m_errorMessage, std::optional(text), &AppModel::errorMessageChanged);
+  const bool cut = text.size() > kLongestReport;
+  const QString shown = cut ? text.left(kLongestReport - 1) + QChar(u'…') : text;
+  assign(m_errorMessage, std::optional(shown), &AppModel::errorMessageChanged);
 }
 
 void AppModel::clearErrorMessage() {
@@ -100,6 +103,10 @@ void AppModel::touchContact() {
 
 void AppModel::setConnected(bool connected) {
   assign(m_connected, connected, &AppModel::connectedChanged);
+}
+
+void AppModel::setRefreshed(bool refreshed) {
+  assign(m_refreshed, refreshed, &AppModel::refreshedChanged);
 }
 
 void AppModel::setTokenRefused(bool refused) {

@@ -48,6 +48,7 @@ class AppModel : public QObject {
   Q_OBJECT
   Q_PROPERTY(bool paired READ isPaired NOTIFY credentialsChanged)
   Q_PROPERTY(bool connected READ isConnected NOTIFY connectedChanged)
+  Q_PROPERTY(bool refreshed READ isRefreshed NOTIFY refreshedChanged)
   Q_PROPERTY(bool tokenRefused READ isTokenRefused NOTIFY tokenRefusedChanged)
   Q_PROPERTY(bool hasErrorMessage READ hasErrorMessage NOTIFY errorMessageChanged)
   Q_PROPERTY(QString errorMessage READ errorText NOTIFY errorMessageChanged)
@@ -80,6 +81,8 @@ class AppModel : public QObject {
   [[nodiscard]] std::optional<wire::ConversationPreferences> preferences(std::string_view sessionId) const;
   /// The event stream is open, or the last full refresh succeeded.
   [[nodiscard]] bool isConnected() const { return m_connected; }
+  /// A refresh of this pairing has ended, well or not: what there is to know of the lists is known.
+  [[nodiscard]] bool isRefreshed() const { return m_refreshed; }
   /// The bridge refuses this device's token; it stays so until an answer shows otherwise or the pairing changes.
   [[nodiscard]] bool isTokenRefused() const { return m_tokenRefused; }
   /// When the bridge was last heard from, in seconds since 1970.
@@ -113,7 +116,7 @@ class AppModel : public QObject {
   QCoro::Task<> pair(QString qrText);
   /// Forgets the pairing, here and in the store, and everything that came with it; the bridge need not answer.
   Q_INVOKABLE void unpair();
-  /// Shows a failure to the user; a cancellation is none.
+  /// Shows a failure to the user, a very long one cut; a cancellation is none.
   void report(const client::ClientError& error);
   void report(const QString& text);
   Q_INVOKABLE void clearErrorMessage();
@@ -122,6 +125,8 @@ class AppModel : public QObject {
   /// For what concerns one conversation and no shared state: interrupt, resolve, upload, settings, pin, create. Call
   /// `loadSession` or `refresh` afterwards and hand failures to `report`.
   [[nodiscard]] client::APIClient& client() { return *m_client; }
+  /// For these calls too: stopped once the pairing in force now is forgotten, and when the model goes.
+  [[nodiscard]] std::stop_token pairingToken() const { return m_pairing.get_token(); }
 
  signals:
   void credentialsChanged();
@@ -134,6 +139,7 @@ class AppModel : public QObject {
   void pendingRequestsChanged(const std::string& sessionId);
   void preferencesChanged(const std::string& sessionId);
   void connectedChanged();
+  void refreshedChanged();
   void tokenRefusedChanged();
   void lastContactChanged();
   void selectedSessionIdChanged();
@@ -163,6 +169,7 @@ class AppModel : public QObject {
   void noteToken(const client::ClientError* error);
   void touchContact();
   void setConnected(bool connected);
+  void setRefreshed(bool refreshed);
   void setTokenRefused(bool refused);
   /// Stores and tells, if there is a difference.
   template <class T>
@@ -192,6 +199,7 @@ class AppModel : public QObject {
   BySession<std::vector<wire::PendingRequest>> m_pendingRequests;
   BySession<wire::ConversationPreferences> m_sessionPreferences;
   bool m_connected = false;
+  bool m_refreshed = false;
   bool m_tokenRefused = false;
   std::optional<double> m_lastContact;
   std::optional<std::string> m_selectedSessionId;

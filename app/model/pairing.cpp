@@ -4,6 +4,7 @@
 
 #include "app/client/api_client.h"
 #include "app/model/app_model.h"
+#include "core/live/pairing_address.h"
 #include "core/wire/codec.h"
 
 namespace varnel::model {
@@ -23,6 +24,10 @@ QCoro::Task<> AppModel::pair(QString qrText) {
     report(QStringLiteral("This pairing code version is not supported."));
     co_return;
   }
+  if (const auto refusal = live::refusalOfPairingAddress(payload->baseURL)) {
+    report(QString::fromStdString(*refusal));
+    co_return;
+  }
   const auto stop = m_lifetime.get_token();
   const auto claimed = co_await m_client->claim(payload->baseURL, payload->secret, m_surroundings.deviceName(), stop);
   if (stop.stop_requested()) co_return;
@@ -38,6 +43,7 @@ QCoro::Task<> AppModel::pair(QString qrText) {
   }
   assign(m_credentials, std::optional(*claimed), &AppModel::credentialsChanged);
   setTokenRefused(false);
+  setRefreshed(false);
   start();
 }
 
@@ -64,6 +70,7 @@ void AppModel::forgetPairing() {
   for (const auto& [sessionId, list] : requests) emit pendingRequestsChanged(sessionId);
   for (const auto& [sessionId, chosen] : preferences) emit preferencesChanged(sessionId);
   setTokenRefused(false);
+  setRefreshed(false);
 }
 
 }  // namespace varnel::model

@@ -48,9 +48,11 @@ QCoro::Task<> AppModel::refreshUntil(std::stop_token stop, bool includeRateLimit
   if (stop.stop_requested()) co_return;
   take(models, [this](auto& list) { assign(m_models, live::parseModels(list.value()), &AppModel::modelsChanged); });
 
-  if (!good || stop.stop_requested()) co_return;
-  setConnected(true);
-  touchContact();
+  if (good && !stop.stop_requested()) {
+    setConnected(true);
+    touchContact();
+  }
+  if (!stop.stop_requested()) setRefreshed(true);
 }
 
 QCoro::Task<> AppModel::refreshRateLimitUntil(std::stop_token stop) {

@@ -4,6 +4,7 @@
 
 #include <QtCore/QPointer>
 #include <algorithm>
+#include <stop_token>
 #include <utility>
 
 #include "app/client/api_client.h"
@@ -27,7 +28,8 @@ SessionViewState::SessionViewState(model::AppModel& model, const QString& sessio
   });
   updateRows();
   updateNotices();
-  load();
+  m_model.loadSession(m_sessionId);
+  loadControls();
 }
 
 QString SessionViewState::title() const {
@@ -39,7 +41,7 @@ bool SessionViewState::isWorking() const {
 }
 
 bool SessionViewState::isLoading() const {
-  return !m_loadEnded && !m_model.isLoaded(m_sessionId) && m_model.transcript(m_sessionId).empty();
+  return !m_controlsReady && !m_model.isLoaded(m_sessionId) && m_model.transcript(m_sessionId).empty();
 }
 
 void SessionViewState::setMessage(const QString& message) {
@@ -89,6 +91,7 @@ bool SessionViewState::isActive() const {
 }
 
 std::optional<wire::ConversationPreferences> SessionViewState::preferences() const {
+  if (!m_controlsReady) return std::nullopt;
   if (auto stored = m_model.preferences(m_sessionId)) {
     stored->serviceTier = stored->serviceTier == "priority" ? "priority" : "default";
     if (stored->model.empty() || stored->reasoningEffort.empty()) return std::nullopt;
@@ -117,14 +120,17 @@ void SessionViewState::updateNotices() {
   m_notices.assign(makeRequestNotices(m_model.pendingRequests(m_sessionId)));
 }
 
-QCoro::Task<> SessionViewState::load() {
+// The conversation is read once more behind the lists: what it says of itself is the newer.
+QCoro::Task<> SessionViewState::loadControls() {
   const QPointer self(this);
   const QPointer model(&m_model);
+  co_await model->refresh(false);
+  if (!self || !model) co_return;
   co_await model->loadSession(m_sessionId);
   if (!self || !model) co_return;
-  m_loadEnded = true;
+  m_controlsReady = true;
   emit transcriptChanged();
-  if (m_model.models().empty()) co_await model->refresh(false);
+  emit composerChanged();
 }
 
 QCoro::Task<> SessionViewState::sendText(QString text) {
@@ -142,15 +148,17 @@ QCoro::Task<> SessionViewState::stopTask() {
   const QPointer self(this);
   const QPointer model(&m_model);
   const std::string id = m_sessionId;
+  const std::stop_token pairing = model->pairingToken();
   m_stopping = true;
   emit composerChanged();
-  const auto interrupted = co_await model->client().interrupt(id);
+  const auto interrupted = co_await model->client().interrupt(id, pairing);
   if (!model) co_return;
-  if (!interrupted) model->report(interrupted.error());
   if (self) {
     m_stopping = false;
     emit composerChanged();
   }
+  if (pairing.stop_requested()) co_return;
+  if (!interrupted) model->report(interrupted.error());
   co_await model->loadSession(id);
 }
 

@@ -69,11 +69,11 @@ class SessionViewState : public QObject {
  private:
   [[nodiscard]] const wire::SessionSummary* session() const;
   [[nodiscard]] bool isActive() const;
-  /// What the next message is sent with; nothing while no model is known.
+  /// What the next message is sent with; nothing before the controls are ready and while no model is known.
   [[nodiscard]] std::optional<wire::ConversationPreferences> preferences() const;
   void updateRows();
   void updateNotices();
-  QCoro::Task<> load();
+  QCoro::Task<> loadControls();
   QCoro::Task<> sendText(QString text);
   QCoro::Task<> stopTask();
 
@@ -84,7 +84,7 @@ class SessionViewState : public QObject {
   QString m_message;
   bool m_sending = false;
   bool m_stopping = false;
-  bool m_loadEnded = false;
+  bool m_controlsReady = false;  ///< what is chosen for this conversation may be read
 };
 
 }  // namespace varnel::screens

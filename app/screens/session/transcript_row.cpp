@@ -6,6 +6,7 @@
 #include <boost/describe/class.hpp>
 
 #include "app/lists/record_roles.h"
+#include "core/transcript/display_rows.h"
 
 namespace varnel::screens {
 
@@ -70,10 +71,9 @@ TranscriptRow toolRow(const wire::TranscriptItem& item) {
 std::vector<TranscriptRow> makeTranscriptRows(const std::vector<wire::TranscriptItem>& items) {
   std::vector<TranscriptRow> rows;
   rows.reserve(items.size());
-  for (const wire::TranscriptItem& item : items) {
-    if (item.type == "reasoning" || item.type == "plan") continue;
-    const bool message = item.role == "user" || item.role == "assistant";
-    rows.push_back(message ? messageRow(item) : toolRow(item));
+  for (const transcript::TranscriptDisplayRow& shown : transcript::transcriptDisplayRows(items)) {
+    const bool message = shown.kind == transcript::TranscriptDisplayRow::Kind::Message;
+    for (const wire::TranscriptItem& item : shown.items) rows.push_back(message ? messageRow(item) : toolRow(item));
   }
   return rows;
 }

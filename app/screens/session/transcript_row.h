@@ -33,7 +33,7 @@ struct RequestNotice {
   bool operator==(const RequestNotice&) const = default;
 };
 
-/// Messages are the items of role "user" and "assistant"; reasoning and plans have no row; all else is a tool.
+/// A row for each message, and one for each of the tools between two of them.
 std::vector<TranscriptRow> makeTranscriptRows(const std::vector<wire::TranscriptItem>& items);
 
 /// The requests that are not resolved, in their order.

@@ -22,25 +22,26 @@ SessionsViewState::SessionsViewState(model::AppModel& model, std::function<doubl
     : QObject(parent), m_model(model), m_now(std::move(now)) {
   connect(&model, &model::AppModel::sessionsChanged, this, &SessionsViewState::updateRows);
   connect(&model, &model::AppModel::connectedChanged, this, &SessionsViewState::connectionChanged);
-  connect(&model, &model::AppModel::tokenRefusedChanged, this, &SessionsViewState::connectionChanged);
-  connect(&model, &model::AppModel::lastContactChanged, this, [this] {
+  connect(&model, &model::AppModel::tokenRefusedChanged, this, [this] {
     emit connectionChanged();
     emit rowsChanged();
   });
+  connect(&model, &model::AppModel::lastContactChanged, this, &SessionsViewState::connectionChanged);
+  connect(&model, &model::AppModel::refreshedChanged, this, &SessionsViewState::rowsChanged);
   connect(&model, &model::AppModel::selectedSessionIdChanged, this, &SessionsViewState::openSelected);
   connect(&model, &model::AppModel::credentialsChanged, this, [this] {
     if (!m_model.isPaired()) close();
   });
-  connect(&m_minute, &QTimer::timeout, this, [this] {
+  connect(&m_clockTick, &QTimer::timeout, this, [this] {
     updateRows();
     emit connectionChanged();
   });
-  m_minute.start(kTimesRefreshed);
+  m_clockTick.start(kTimesRefreshed);
   updateRows();
 }
 
 bool SessionsViewState::isLoading() const {
-  return m_model.sessions().empty() && !m_model.lastContact() && !m_model.isTokenRefused();
+  return m_model.sessions().empty() && !m_model.isRefreshed() && !m_model.isTokenRefused();
 }
 
 bool SessionsViewState::isEmpty() const {

@@ -42,9 +42,9 @@ class SessionsViewState : public QObject {
   SessionsViewState(model::AppModel& model, std::function<double()> now, QObject* parent = nullptr);
 
   [[nodiscard]] QAbstractItemModel* rows() { return &m_rows; }
-  /// Known to be empty, not merely not there yet.
+  /// There is none to show and none to wait for.
   [[nodiscard]] bool isEmpty() const;
-  /// Nothing has come from the bridge yet.
+  /// There is none yet, and the first refresh of this pairing is still to end.
   [[nodiscard]] bool isLoading() const;
   [[nodiscard]] bool isRefreshing() const { return m_refreshing; }
   [[nodiscard]] QString connectionText() const;
@@ -75,7 +75,7 @@ class SessionsViewState : public QObject {
   model::AppModel& m_model;
   std::function<double()> m_now;
   lists::RecordListModel<SessionRow> m_rows;
-  QTimer m_minute;  ///< relative times grow old without any event
+  QTimer m_clockTick;  ///< relative times grow old without any event
   std::string m_openId;
   bool m_refreshing = false;
 };

@@ -76,6 +76,11 @@ TEST_F(Lifecycle, OnlyRealFailuresAreShownAndTheLastOneStands) {
   model->clearErrorMessage();
   EXPECT_FALSE(model->hasErrorMessage());
   EXPECT_THAT(log, ElementsAre("error Out of tea", "error Second", "error "));
+
+  model->report(QString(2'000, u'x'));
+  EXPECT_EQ(model->errorText(), QString(2'000, u'x'));
+  model->report(QString(50'000, u'x'));
+  EXPECT_EQ(model->errorText(), QString(1'999, u'x') + QChar(u'…')) << "what fits an alert";
 }
 
 }  // namespace

@@ -21,6 +21,9 @@ TEST_F(Pairing, ACodeThatDoesNotFitIsSaidSoWithoutARequest) {
            {R"({"version":"1","baseURL":"http://h","secret":"s"})", ""},
            {R"({"version":1,"baseURL":"not a url","secret":"s"})", ""},
            {R"({"version":1,"baseURL":"http://h"})", ""},
+           {answers::code(1, "ftp://127.0.0.1"), "The pairing code names an address that is not http or https."},
+           {answers::code(1, "http://me@" + bridge.baseURL().substr(7)),
+            "The pairing code names an address with a user name in it."},
            {"", ""},
        }) {
     model->clearErrorMessage();

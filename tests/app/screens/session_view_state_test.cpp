@@ -29,15 +29,18 @@ class Session : public model::ModelTest {
 
   /// Opens the conversation and waits until it and the models are there.
   void open(bool active) {
-    expectGet(model::kDetail, answers::detail({answers::item("1", "user", "hello")}, summary(active)));
+    for (int load = 0; load < 2; ++load) {
+      expectGet(model::kDetail, answers::detail({answers::item("1", "user", "hello")}, summary(active)));
+    }
     expectGet(model::kSessions, R"({"sessions":[{"id":"s","project":"shop","active":)" +
                                     std::string(active ? "true" : "false") +
                                     R"(,"state":"done","latestCommentary":"","updatedAt":1,"pinned":false}]})");
     expectGet(model::kProjects, answers::projects("/p"));
     expectGet(model::kModels, kModelAnswer);
     state = std::make_unique<SessionViewState>(*model, QStringLiteral("s"));
-    ASSERT_TRUE(spinUntil([this] { return !model->models().empty() && state->rows()->rowCount() == 1; }));
+    ASSERT_TRUE(spinUntil([this] { return bridge.count("GET", model::kDetail) == 2; }));
     settle();
+    ASSERT_EQ(state->rows()->rowCount(), 1);
   }
 
   /// What the only row of its kind says.
@@ -54,21 +57,41 @@ class Session : public model::ModelTest {
   std::unique_ptr<SessionViewState> state;
 };
 
-TEST_F(Session, OpeningLoadsTheConversation) {
-  bridge.expect("GET", model::kDetail, Script::silence());
+TEST_F(Session, OpeningLoadsTheConversationBesideTheListsAndOnceMoreBehindThem) {
+  for (const auto* target : {model::kDetail, model::kSessions, model::kProjects, model::kModels}) {
+    bridge.expect("GET", target, Script::silence());
+  }
   state = std::make_unique<SessionViewState>(*model, QStringLiteral("s"));
+  state->setMessage(QStringLiteral("x"));
   EXPECT_TRUE(state->isLoading());
   EXPECT_EQ(state->title(), QStringLiteral("Session"));
-  ASSERT_TRUE(spinUntil([this] { return requests().size() == 1; }));
-  bridge.always("GET", model::kSessions, Script::json(500, "{}"));
-  bridge.always("GET", model::kProjects, Script::json(500, "{}"));
-  bridge.always("GET", model::kModels, Script::json(500, "{}"));
+  ASSERT_TRUE(spinUntil([this] { return requests().size() == 4; }));
   bridge.answer("GET", model::kDetail,
                 Script::json(200, answers::detail({answers::item("1", "user", "hello")}, summary(true))));
   ASSERT_TRUE(spinUntil([this] { return !state->isLoading(); }));
   EXPECT_THAT(spoken(), ElementsAre("You: hello"));
   EXPECT_EQ(state->title(), QStringLiteral("shop"));
   EXPECT_TRUE(state->isWorking());
+
+  bridge.expect("GET", model::kDetail, Script::silence());
+  bridge.answer("GET", model::kSessions, Script::json(200, R"({"sessions":[]})"));
+  bridge.answer("GET", model::kProjects, Script::json(200, answers::projects("/p")));
+  bridge.answer("GET", model::kModels, Script::json(200, kModelAnswer));
+  ASSERT_TRUE(spinUntil([this] { return requests().size() == 5; }));
+  EXPECT_EQ(requests().back(), std::string("GET ") + model::kDetail);
+  EXPECT_FALSE(state->isSendEnabled()) << "what it is sent with is read last";
+  bridge.answer("GET", model::kDetail,
+                Script::json(200, answers::detail({answers::item("2", "user", "newer")}, summary(false))));
+  ASSERT_TRUE(spinUntil([this] { return state->isSendEnabled(); }));
+  EXPECT_THAT(spoken(), testing::Contains("You: newer"));
+}
+
+TEST_F(Session, AConversationThatCannotBeLoadedDoesNotLoadForever) {
+  for (const auto* target : {model::kDetail, model::kSessions, model::kProjects, model::kModels}) {
+    bridge.always("GET", target, Script::json(500, "{}"));
+  }
+  state = std::make_unique<SessionViewState>(*model, QStringLiteral("s"));
+  EXPECT_TRUE(spinUntil([this] { return !state->isLoading(); }));
 }
 
 TEST_F(Session, AMessageGoesOutWithTheDefaultModelAndShowsAtOnce) {
@@ -133,8 +156,21 @@ TEST_F(Session, AFailedStopIsReported) {
   state->sendOrStop();
   ASSERT_TRUE(spinUntil([this] { return model->hasErrorMessage(); }));
   EXPECT_EQ(model->errorText(), QStringLiteral("cannot"));
-  ASSERT_TRUE(spinUntil([this] { return bridge.count("GET", model::kDetail) == 2; }));
+  ASSERT_TRUE(spinUntil([this] { return bridge.count("GET", model::kDetail) == 3; }));
   EXPECT_TRUE(state->isSendEnabled()) << "it can be tried again";
+}
+
+TEST_F(Session, AStopOfAForgottenPairingIsNeitherReportedNorFollowedByALoad) {
+  open(true);
+  bridge.expect("POST", kInterrupt, Script::silence());
+  state->sendOrStop();
+  ASSERT_TRUE(spinUntil([this] { return bridge.count("POST", kInterrupt) == 1; }));
+  model->unpair();
+  bridge.answer("POST", kInterrupt, Script::json(500, R"({"error":"cannot"})"));
+  ASSERT_TRUE(spinUntil([this] { return !state->isBusy(); }));
+  settle();
+  EXPECT_FALSE(model->hasErrorMessage());
+  EXPECT_EQ(bridge.count("GET", model::kDetail), 2);
 }
 
 TEST_F(Session, ClosingWhileSomethingIsUnderWayIsHarmless) {

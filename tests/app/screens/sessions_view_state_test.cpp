@@ -65,6 +65,32 @@ TEST_F(Sessions, AnEmptyListIsToldFromOneThatHasNotCome) {
   EXPECT_FALSE(state->isLoading());
 }
 
+TEST_F(Sessions, AFailedRefreshEndsTheWaitAndAnotherPairingWaitsAnew) {
+  make();
+  int told = 0;
+  QObject::connect(state.get(), &SessionsViewState::rowsChanged, state.get(), [&told] { ++told; });
+  for (const auto* list : {model::kSessions, model::kProjects, model::kModels}) {
+    bridge.expect("GET", list, model::Script::json(500, "{}"));
+  }
+  await(model->refresh(false));
+  EXPECT_FALSE(state->isLoading());
+  EXPECT_TRUE(state->isEmpty());
+  EXPECT_EQ(told, 1);
+
+  refresh(answers::sessions({answers::summary("s")}));
+  EXPECT_FALSE(state->isEmpty());
+  model->unpair();
+  bridge.expect("POST", model::kClaim, model::Script::json(200, R"({"deviceId":"d","token":"t"})"));
+  expectStream(0);
+  expectFullRefresh();
+  auto pairing = model->pair(QString::fromStdString(answers::code(1, bridge.baseURL())));
+  await(std::move(pairing));
+  EXPECT_TRUE(state->isLoading()) << "what was known of the former bridge says nothing of this one";
+  EXPECT_FALSE(state->isEmpty());
+  ASSERT_TRUE(spinUntil([this] { return model->isRefreshed() && model->usage(); }));
+  EXPECT_FALSE(state->isLoading());
+}
+
 TEST_F(Sessions, TheConnectionIsSaidAsItIs) {
   make();
   EXPECT_EQ(state->connectionText(), QStringLiteral("Reconnecting…"));
