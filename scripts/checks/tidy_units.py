@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 """Turns changed files into the translation units that show clang-tidy what is in them.
 
-usage: tidy_units.py BUILD_DIR, paths on standard input, units on standard output, NUL between them.
+usage: tidy_units.py BUILD_DIR, paths on standard input, units on standard output in the same order, NUL between them.
 A source stands for itself when the build compiles it. A header is seen through the source beside it, else through the
 first unit that includes it. Exit 1 when a changed source is not compiled by this build, so that none is passed over.
 """
@@ -40,18 +40,22 @@ def main(build_dir, changed):
     root = Path.cwd().resolve()
     units = compiled_units(Path(build_dir).resolve(), root)
     texts = {unit: (root / unit).read_text(encoding="utf-8") for unit in units}
-    chosen, uncompiled = set(), []
+    chosen, uncompiled = {}, []
     for path in changed:
         if path.startswith(NOT_IN_THIS_BUILD) or REFUSED in path:
             continue
         if path.endswith(".cpp"):
-            (chosen.add if path in units else uncompiled.append)(path)
+            if path in units:
+                chosen[path] = None
+            else:
+                uncompiled.append(path)
         elif path.endswith(".h"):
             unit = unit_for_header(path, units, texts)
-            chosen.update([unit] if unit else [])
+            if unit:
+                chosen[unit] = None
     for path in uncompiled:
         print(f"{path}: no target compiles it", file=sys.stderr)
-    sys.stdout.write("".join(f"{unit}\0" for unit in sorted(chosen)))
+    sys.stdout.write("".join(f"{unit}\0" for unit in chosen))
     return 1 if uncompiled else 0
 
 

@@ -129,16 +129,18 @@ class Fuzz(ScratchCase):
         self.assertIn("no harness", nothing.stdout)
 
 
-class FirstSteps(ScratchCase):
+class Steps(ScratchCase):
     """scripts/check in a copy of the scripts, with the programs it needs as stubs."""
 
-    def check(self, name):
-        return self.run_program(self.root / "scripts" / "check", "--only", name, environment=self.environment)
+    def check(self, name, **environment):
+        environment = {**self.environment, **environment}
+        return self.run_program(self.root / "scripts" / "check", "--only", name, environment=environment)
 
     def setUp(self):
         super().setUp()
         self.run_program("cp", "-r", REPOSITORY / "scripts", self.root)
-        self.run_program("git", "init", "--quiet", self.root)
+        for command in (["init", "-q"], ["-c", "user.name=a", "-c", "user.email=a", "commit", "-q", "--allow-empty", "-m", "a"]):
+            self.run_program("git", *command, cwd=self.root)
         for program in ("cmake", "ninja", "clang++-19", "clang-tidy-19", "qmllint"):
             self.write(f"bin/{program}", "#!/bin/sh\nexit 0\n", executable=True)
         self.environment = {"PATH": f"{self.root}/bin:{os.environ['PATH']}"}
@@ -154,6 +156,18 @@ class FirstSteps(ScratchCase):
                 bad = self.check(name)
                 self.assertEqual(bad.returncode, 1, bad.stdout)
                 self.assertIn(f"FAIL  {name}", bad.stdout)
+
+    def test_tidy_names_what_it_leaves_out(self):
+        commands = [{"directory": str(self.root), "file": f"core/{name}.cpp"} for name in ("a", "b")]
+        self.write("build/dev/compile_commands.json", json.dumps(commands))
+        for name in ("a", "b"):
+            self.write(f"core/{name}.cpp", "")
+        self.write("bin/clang-tidy-19", "#!/bin/sh\nexit 1\n", executable=True)
+        self.assertEqual(self.check("tidy").returncode, 1)
+        late = self.check("tidy", VARNEL_TIDY_SECONDS="0")
+        self.assertEqual(late.returncode, 0, late.stdout)
+        for name in ("a", "b"):
+            self.assertIn(f"left out, time is up: core/{name}.cpp\n", late.stdout)
 
 
 class ContinuousIntegration(ScratchCase):
