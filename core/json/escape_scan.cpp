@@ -87,7 +87,7 @@ const char* skipNarrow(const char* p, const char* end) {
 }  // namespace
 
 const char* skipCommonEscapes(const char* p, const char* end) {
-  static const auto kSkip = __builtin_cpu_supports("avx2") != 0 ? skipWide : skipNarrow;
+  static const auto kSkip = __builtin_cpu_supports("avx2") ? skipWide : skipNarrow;
   return kSkip(p, end);
 }
 

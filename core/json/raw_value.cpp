@@ -29,6 +29,7 @@ RawValue RawValue::share(std::shared_ptr<const void> owner, std::string_view che
 }
 
 RawValue RawValue::copy(std::string_view checkedText) {
+  // NOLINTNEXTLINE(modernize-avoid-c-arrays): how many bytes is known only here
   auto bytes = std::make_shared_for_overwrite<char[]>(checkedText.size());
   std::memcpy(bytes.get(), checkedText.data(), checkedText.size());
   const std::string_view text(bytes.get(), checkedText.size());

@@ -18,8 +18,8 @@ Call get(std::string path) {
 }
 
 template <class Body>
-Call post(std::string path, const Body& body) {
-  return {.method = "POST", .path = std::move(path), .body = wire::encode(body), .idempotent = true};
+Call post(std::string_view path, const Body& body) {
+  return {.method = "POST", .path = std::string(path), .body = wire::encode(body), .idempotent = true};
 }
 
 std::string inSession(std::string_view id, std::string_view operation) {
