@@ -21,8 +21,9 @@ from pathlib import Path
 
 from driver import Driver, NotSeen, run, wait_for
 
-MESSAGE = "Please rename the helper and run the tests."
+MESSAGE = "Please rename the parser and run the tests."
 REPLY_SECONDS = 45
+COMPLAINTS = ("qrc:/", "TypeError", "ReferenceError", "Binding loop")
 PHONE = (390, 844)
 SMALL_PHONE = (360, 640)
 DESKTOP = (1280, 800)
@@ -194,9 +195,12 @@ class Tour:
             each.close()
 
 
+def lines_of(path):
+    return path.read_text(encoding="utf-8", errors="replace").splitlines()
+
+
 def tail(path):
-    lines = path.read_text(encoding="utf-8", errors="replace").splitlines()
-    return "\n".join(lines[-30:])
+    return "\n".join(lines_of(path)[-30:])
 
 
 def main():
@@ -218,8 +222,9 @@ def main():
                 except (NotSeen, OSError, subprocess.SubprocessError, ValueError, KeyError) as reason:
                     print(f"{scheme}: {reason}\n{tail(log_path)}", file=sys.stderr)
                     return 1
-            if "qrc:/" in tail(log_path):
-                print(f"{scheme}: the app complains about its own screens\n{tail(log_path)}", file=sys.stderr)
+            complaints = [line for line in lines_of(log_path) if any(sign in line for sign in COMPLAINTS)]
+            if complaints:
+                print(f"{scheme}: the app complains about its own screens", *complaints, sep="\n", file=sys.stderr)
                 return 1
     print(f"Every step was seen. The pictures are in {arguments.pictures}")
     return 0

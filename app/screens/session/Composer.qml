@@ -13,6 +13,11 @@ Rectangle {
     required property SessionViewState session
     readonly property real side: Math.max(Theme.cardPadding, (width - Theme.contentWidth) / 2)
 
+    /// A word that is still being composed is part of the message.
+    function takeComposed(): void {
+        InputMethod.commit();
+    }
+
     implicitHeight: Math.max(frame.height, sendButton.height) + 2 * Theme.unit
     color: Theme.surface
 
@@ -55,6 +60,7 @@ Rectangle {
                 Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
                 Keys.onPressed: event => {
                     if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && event.modifiers & Qt.ControlModifier) {
+                        root.takeComposed();
                         root.session.send();
                         event.accepted = true;
                     }
@@ -79,6 +85,9 @@ Rectangle {
         label: root.session.sendLabel
         busy: root.session.busy
         enabled: root.session.sendEnabled
-        onClicked: root.session.sendOrStop()
+        onClicked: {
+            root.takeComposed();
+            root.session.sendOrStop();
+        }
     }
 }

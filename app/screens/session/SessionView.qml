@@ -72,10 +72,37 @@ FocusScope {
         property bool atEnd: true
 
         function keepEnd(): void {
-            if (atEnd)
+            if (atEnd && !moving && !dragging)
                 positionViewAtEnd();
         }
+        function scrollBy(distance: real): void {
+            contentY = Math.max(originY, Math.min(contentY + distance, originY + contentHeight - height));
+            atEnd = atYEnd;
+        }
+        /// Whether the key is one that moves through the text.
+        function readBy(key: int): bool {
+            const page = Math.max(Theme.touchTarget, height - Theme.touchTarget);
+            const distances = {
+                [Qt.Key_Up]: -Theme.touchTarget,
+                [Qt.Key_Down]: Theme.touchTarget,
+                [Qt.Key_PageUp]: -page,
+                [Qt.Key_PageDown]: page
+            };
+            if (key === Qt.Key_Home) {
+                atEnd = false;
+                positionViewAtBeginning();
+            } else if (key === Qt.Key_End) {
+                atEnd = true;
+                positionViewAtEnd();
+            } else if (distances[key] !== undefined) {
+                scrollBy(distances[key]);
+            } else {
+                return false;
+            }
+            return true;
+        }
 
+        objectName: "transcript"
         anchors.top: waiting.bottom
         anchors.bottom: composer.top
         width: parent.width
@@ -83,22 +110,22 @@ FocusScope {
         clip: true
         spacing: Theme.unit
         activeFocusOnTab: true
-        keyNavigationEnabled: true
+        keyNavigationEnabled: false
+        currentIndex: -1
         boundsBehavior: Flickable.StopAtBounds
         cacheBuffer: 800
         model: root.session.rows
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Transcript")
+        // Not while a finger or its swing moves it.
+        onMovementStarted: atEnd = false
         onMovementEnded: atEnd = atYEnd
         onContentHeightChanged: settle.restart()
         // Positioning replaces estimated heights by real ones, which moves the origin and with it the end.
         onOriginYChanged: settle.restart()
         onHeightChanged: settle.restart()
         onCountChanged: settle.restart()
-        Keys.onPressed: event => {
-            if (event.key === Qt.Key_Up || event.key === Qt.Key_PageUp)
-                atEnd = false;
-        }
+        Keys.onPressed: event => event.accepted = readBy(event.key)
 
         header: Item {
             width: 1

@@ -75,13 +75,37 @@ ApplicationWindow {
     Dialog {
         id: alert
 
-        title: qsTr("Varnel")
-        onClosed: root.shell.dismissError()
+        /// Stays while the alert fades, when the error is dismissed already.
+        property string message
 
-        Label {
-            width: parent.width
-            text: root.shell.errorText
-            lineHeight: Theme.readingLeading
+        objectName: "alert"
+        title: qsTr("Varnel")
+        // At once, so that an error that comes while the alert fades is one of its own.
+        onAccepted: root.shell.dismissError()
+        onRejected: root.shell.dismissError()
+
+        Flickable {
+            id: reading
+
+            function scrollBy(distance: real): void {
+                contentY = Math.max(0, Math.min(contentY + distance, contentHeight - height));
+            }
+
+            anchors.fill: parent
+            implicitHeight: alertText.height
+            contentWidth: width
+            contentHeight: alertText.height
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar {}
+
+            Label {
+                id: alertText
+
+                width: reading.width
+                text: alert.message
+                lineHeight: Theme.readingLeading
+            }
         }
         footer: Item {
             implicitHeight: okButton.height + 20
@@ -94,6 +118,8 @@ ApplicationWindow {
                 highlighted: true
                 focus: true
                 text: qsTr("OK")
+                Keys.onUpPressed: reading.scrollBy(-Theme.touchTarget)
+                Keys.onDownPressed: reading.scrollBy(Theme.touchTarget)
                 onClicked: alert.accept()
             }
         }
@@ -101,6 +127,8 @@ ApplicationWindow {
     Connections {
         target: root.shell
         function onErrorChanged(): void {
+            if (root.shell.hasError)
+                alert.message = root.shell.errorText;
             alert.visible = root.shell.hasError;
         }
     }

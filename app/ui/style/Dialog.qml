@@ -4,12 +4,14 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnel.Ui
 
-/// A card in the middle of the window: title, content, and in the footer what the user puts there.
+/// A card in the middle of the window: title, content, and in the footer what the user puts there. Never taller than
+/// the window; content that may be long scrolls by itself.
 T.Dialog {
     id: control
 
     anchors.centerIn: T.Overlay.overlay
     width: Math.min(480, parent ? parent.width - 2 * Theme.margin : 480)
+    height: parent ? Math.min(implicitHeight, parent.height - 2 * Theme.margin) : implicitHeight
     implicitHeight: implicitContentHeight + topPadding + bottomPadding + implicitHeaderHeight + implicitFooterHeight
     padding: 20
     topPadding: Theme.unit
