@@ -59,10 +59,8 @@ std::vector<Row> rowsByUs(std::string body, std::size_t most) {
   return rows;
 }
 
-wire::LiveEvent eventByUs(std::string_view text) {
-  auto event = wire::decode<wire::LiveEvent>(text);
-  if (!event) throw std::runtime_error(event.error().message());
-  return *std::move(event);
+std::expected<wire::LiveEvent, json::DecodeError> eventByUs(std::string_view text) {
+  return wire::decode<wire::LiveEvent>(text);
 }
 
 }  // namespace varnel::bench

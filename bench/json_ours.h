@@ -5,6 +5,7 @@
 #include <QtCore/QString>
 
 #include <cstddef>
+#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,6 @@ struct Row {
 wire::SessionDetail detailByUs(std::string body);
 /// Rows for the last `most` items of the answer; all of it is decoded in any case.
 std::vector<Row> rowsByUs(std::string body, std::size_t most);
-wire::LiveEvent eventByUs(std::string_view text);
+std::expected<wire::LiveEvent, json::DecodeError> eventByUs(std::string_view text);
 
 }  // namespace varnel::bench

@@ -7,6 +7,7 @@
 #include <array>
 #include <bitset>
 #include <charconv>
+#include <cstring>
 #include <string>
 
 #include "core/base/text.h"
@@ -25,11 +26,18 @@ using detail::skipPlain;
 /// Most events are; looking costs less than calling the library.
 bool isShortAscii(std::string_view text) {
   constexpr std::size_t kShort = 1024;
-  unsigned char seen = 0;
-  if (text.size() <= kShort) {
-    for (const char c : text) seen |= static_cast<unsigned char>(c);
+  constexpr std::size_t kWord = 8;
+  constexpr std::uint64_t kHighs = 0x8080808080808080;
+  if (text.size() < kWord || text.size() > kShort) return false;
+  std::uint64_t seen = 0;
+  std::uint64_t word = 0;
+  for (std::size_t at = 0; at + kWord <= text.size(); at += kWord) {
+    std::memcpy(&word, text.data() + at, kWord);
+    seen |= word;
   }
-  return text.size() <= kShort && seen < 0x80;
+  // The last word may overlap the one before it.
+  std::memcpy(&word, text.data() + text.size() - kWord, kWord);
+  return ((seen | word) & kHighs) == 0;
 }
 
 bool isDigit(char c) {
