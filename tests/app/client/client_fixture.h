@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 #include "app/client/api_client.h"
@@ -39,15 +40,16 @@ class PairedClient : public testing::Test {
 };
 
 template <class T>
-const ClientError& errorOf(const Result<T>& result) {
-  static const ClientError none = Cancelled{};
+ClientError errorOf(const Result<T>& result) {
   EXPECT_FALSE(result.has_value());
-  return result ? none : result.error();
+  return result ? ClientError(Cancelled{}) : result.error();
 }
 
+/// Nothing when it did not fail, or with another kind of failure.
 template <class Alternative, class T>
-const Alternative* failure(const Result<T>& result) {
-  return result ? nullptr : std::get_if<Alternative>(&result.error());
+std::optional<Alternative> failure(const Result<T>& result) {
+  const auto* error = result ? nullptr : std::get_if<Alternative>(&result.error());
+  return error == nullptr ? std::nullopt : std::optional(*error);
 }
 
 }  // namespace varnel::client

@@ -95,7 +95,7 @@ TEST_F(Stream, ABridgeThatNeverUpgradesTimesOut) {
   APIClient hasty = limited({.timeout = 100ms});
   stream = std::move(hasty.eventStream(7).value());
   openOn(Script::silence());
-  const auto* error = failure<TransportError>(await(stream->opened()));
+  const auto error = failure<TransportError>(await(stream->opened()));
   ASSERT_TRUE(error);
   EXPECT_EQ(error->kind, TransportError::Kind::TimedOut);
 }
