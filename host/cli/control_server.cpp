@@ -27,6 +27,8 @@ constexpr auto kAwait = asio::as_tuple(asio::use_awaitable);
 namespace {
 
 constexpr std::size_t kLongestLine = 16UL * 1024;
+/// After a failed accept (no more descriptors) it does not help to ask again at once.
+constexpr std::chrono::milliseconds kAcceptPause{100};
 
 /// How an offer ended, as far as is known.
 struct Ending {
@@ -62,7 +64,7 @@ asio::awaitable<void> watch(std::shared_ptr<Socket> socket, std::shared_ptr<Endi
 
 }  // namespace
 
-ControlServer::ControlServer(asio::any_io_executor executor, service::Bridge& bridge, store::Devices& devices,
+ControlServer::ControlServer(const asio::any_io_executor& executor, service::Bridge& bridge, store::Devices& devices,
                              std::string baseURL)
     : m_executor(executor), m_bridge(bridge), m_devices(devices), m_baseURL(std::move(baseURL)), m_acceptor(executor) {}
 
@@ -84,8 +86,14 @@ std::expected<void, std::string> ControlServer::listen(const std::filesystem::pa
 }
 
 asio::awaitable<void> ControlServer::run() {
+  asio::steady_timer pause(m_executor);
   while (m_acceptor.is_open()) {
     auto [error, accepted] = co_await m_acceptor.async_accept(kAwait);
+    if (error && m_acceptor.is_open()) {
+      service::log("a control connection could not be accepted: " + error.message());
+      pause.expires_after(kAcceptPause);
+      co_await pause.async_wait(kAwait);
+    }
     if (error) continue;
     const auto socket = std::make_shared<Socket>(std::move(accepted));
     std::erase_if(m_sockets, [](const auto& old) { return old.expired(); });

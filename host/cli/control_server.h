@@ -21,7 +21,7 @@ namespace varnel::cli {
 /// commands are those of `answerDeviceCommand`. Runs on the bridge's thread and outlives its last handler.
 class ControlServer {
  public:
-  ControlServer(boost::asio::any_io_executor executor, service::Bridge& bridge, store::Devices& devices,
+  ControlServer(const boost::asio::any_io_executor& executor, service::Bridge& bridge, store::Devices& devices,
                 std::string baseURL);
 
   /// Takes the place of a socket that a bridge left behind; the caller holds the state directory.

@@ -31,7 +31,9 @@ std::expected<JSONValue, std::string> askBridge(ControlClient& bridge, const JSO
 
 /// Does the bridge's work on its files while none runs.
 std::expected<JSONValue, std::string> askFiles(const std::filesystem::path& path, const JSONValue& request) {
-  if (!std::filesystem::exists(path)) return std::unexpected("There is no state in " + path.string() + ".");
+  if (!std::filesystem::exists(store::StateDirectory::database(path))) {
+    return std::unexpected("There is no state in " + path.string() + ".");
+  }
   const auto directory = store::StateDirectory::take(path);
   if (!directory) return std::unexpected("The state directory cannot be used: " + directory.error() + ".");
   const auto opened = store::Store::open(directory->database(), directory->uploads());

@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
@@ -89,6 +91,7 @@ int run(int argc, char** argv) {
 }  // namespace varnel::cli
 
 int main(int argc, char** argv) {
+  ::umask(0077);
   try {
     return varnel::cli::run(argc, argv);
   } catch (const std::exception& error) {

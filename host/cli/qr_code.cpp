@@ -83,7 +83,12 @@ std::expected<void, std::string> writeQrPicture(std::string_view text, const std
     if (descriptor >= 0) ::close(descriptor);
     return std::unexpected(file.string() + ": " + reason);
   }
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(::fdopen(descriptor, "wb"), std::fclose);
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(::fdopen(descriptor, "wb"), std::fclose);
+  if (!stream) {
+    const std::string reason = std::strerror(errno);
+    ::close(descriptor);
+    return std::unexpected(file.string() + ": " + reason);
+  }
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(side);
@@ -92,6 +97,8 @@ std::expected<void, std::string> writeQrPicture(std::string_view text, const std
   if (!png_image_write_to_stdio(&image, stream.get(), 0, pixels.data(), 0, nullptr)) {
     return std::unexpected(file.string() + ": " + image.message);
   }
+  // What waited in the stream's buffer is written now.
+  if (std::fclose(stream.release()) != 0) return std::unexpected(file.string() + ": " + std::strerror(errno));
   return {};
 }
 

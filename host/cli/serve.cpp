@@ -1,12 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
-#include <sys/stat.h>
-
 #include <boost/asio/co_spawn.hpp>
-#include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <csignal>
+#include <functional>
 #include <iostream>
 
 #include "core/base/url.h"
@@ -40,7 +38,9 @@ std::expected<Addresses, std::string> readAddresses(const ServeOptions& options)
     addresses.advertised = base::Url::parse(*options.baseURL);
     const auto parts = addresses.advertised ? addresses.advertised->parts() : base::Url::Parts{};
     const bool isHttp = parts.scheme == "http" || parts.scheme == "https";
-    if (!isHttp || parts.authority.value_or("").empty()) {
+    const auto authority = parts.authority.value_or("");
+    const bool hasMore = authority.contains('@') || parts.query || parts.fragment;
+    if (!isHttp || authority.empty() || hasMore) {
       return std::unexpected("\"" + *options.baseURL + "\" is not a base URL, such as http://my-host:8737.");
     }
   }
@@ -89,7 +89,7 @@ class Serving {
     m_signals.async_wait([this](boost::system::error_code error, int) {
       if (!error) stop();
     });
-    asio::co_spawn(m_io, begin(urlOf(*bound)), asio::detached);
+    asio::co_spawn(m_io, begin(urlOf(*bound)), endsWhenFailed());
     m_io.run();
     // What has been told to end ends now, or never.
     m_io.restart();
@@ -105,9 +105,22 @@ class Serving {
       stop();
       co_return;
     }
-    asio::co_spawn(m_io, m_server.run(), asio::detached);
-    asio::co_spawn(m_io, m_control->run(), asio::detached);
+    asio::co_spawn(m_io, m_server.run(), endsWhenFailed());
+    asio::co_spawn(m_io, m_control->run(), endsWhenFailed());
     std::cout << "listening on " << url << std::endl;
+  }
+
+  /// For what the bridge cannot go on without.
+  std::function<void(std::exception_ptr)> endsWhenFailed() {
+    return [this](const std::exception_ptr& failure) {
+      if (!failure) return;
+      try {
+        std::rethrow_exception(failure);
+      } catch (const std::exception& error) {
+        m_status = fail(std::string("The bridge cannot go on: ") + error.what() + ".");
+      }
+      stop();
+    };
   }
 
   void stop() {
@@ -132,7 +145,6 @@ class Serving {
 }  // namespace
 
 int serve(const ServeOptions& options) {
-  ::umask(0077);
   std::signal(SIGPIPE, SIG_IGN);
   if (options.agent != "demo") return fail("There is no agent \"" + options.agent + "\"; this varnel knows demo.");
   const auto addresses = readAddresses(options);

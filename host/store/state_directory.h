@@ -21,7 +21,8 @@ class StateDirectory {
   StateDirectory& operator=(StateDirectory&&) = delete;
   ~StateDirectory();
 
-  [[nodiscard]] std::filesystem::path database() const { return m_path / "varnel.sqlite"; }
+  [[nodiscard]] std::filesystem::path database() const { return database(m_path); }
+  static std::filesystem::path database(const std::filesystem::path& path) { return path / "varnel.sqlite"; }
   [[nodiscard]] std::filesystem::path uploads() const { return m_path / "uploads"; }
   [[nodiscard]] std::filesystem::path controlSocket() const { return controlSocket(m_path); }
   static std::filesystem::path controlSocket(const std::filesystem::path& path) { return path / "control.sock"; }
