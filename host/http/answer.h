@@ -12,8 +12,8 @@ namespace varnel::http {
 struct Answer {
   int status = 200;
   std::string body = "{}";
-  std::string allow = {};  ///< for 405: the methods that the path knows
-  bool closes = false;     ///< nothing more is read from this connection
+  std::string allow;    ///< for 405: the methods that the path knows
+  bool closes = false;  ///< nothing more is read from this connection
   bool operator==(const Answer&) const = default;
 };
 

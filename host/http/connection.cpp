@@ -59,30 +59,31 @@ asio::awaitable<void> Connection::turnAway(std::shared_ptr<Connection> self) {
 
 /// False when the connection is over.
 asio::awaitable<bool> Connection::serveOne() {
-  Header header;
-  header.header_limit(m_surroundings.limits.headerBytes);
-  header.body_limit(boost::none);
+  m_header.emplace();
+  m_header->header_limit(m_surroundings.limits.headerBytes);
+  m_header->body_limit(boost::none);
   if (!co_await readFirstPiece()) co_return false;
-  if (auto refused = co_await readHeader(header)) co_return co_await send({}, std::move(*refused));
-  if (!header.is_header_done()) co_return false;
-  const Wishes wishes{.keepAlive = header.get().keep_alive(),
-                      .gzip = acceptsGzip(header.get()[http::field::accept_encoding])};
-  auto admitted = admit(header);
+  if (auto refused = co_await readHeader()) co_return co_await send({}, std::move(*refused));
+  if (!m_header->is_header_done()) co_return false;
+  const Wishes wishes{.keepAlive = m_header->get().keep_alive(),
+                      .gzip = acceptsGzip(m_header->get()[http::field::accept_encoding])};
+  auto admitted = admit();
   if (auto* refused = std::get_if<Answer>(&admitted)) {
-    refused->closes = !header.is_done();
+    refused->closes = !m_header->is_done();
     co_return co_await send(wishes, std::move(*refused));
   }
   auto& request = std::get<Admitted>(admitted);
   if (request.match.route->kind != Route::Kind::EventStream) {
-    co_return co_await send(wishes, co_await handle(header, std::move(request)));
+    co_return co_await send(wishes, co_await handle(std::move(request)));
   }
   auto refused = co_await serveEventStream(EventStreamRequest{.socket = m_socket,
                                                               .bridge = m_surroundings.bridge,
                                                               .limits = m_surroundings.limits,
                                                               .deviceId = request.device->id,
                                                               .target = request.target,
-                                                              .request = header.get()});
+                                                              .request = m_header->get()});
   if (!refused) co_return false;
+  refused->closes = !m_header->is_done();
   co_return co_await send(wishes, std::move(*refused));
 }
 
@@ -90,7 +91,8 @@ asio::awaitable<bool> Connection::serveOne() {
 asio::awaitable<bool> Connection::readFirstPiece() {
   constexpr std::size_t kFirstPiece = 4096;
   if (m_buffer.size() > 0) co_return true;
-  m_deadline.set(m_surroundings.limits.idleTime, shared_from_this());
+  const auto& limits = m_surroundings.limits;
+  m_deadline.set(std::exchange(m_hasServed, true) ? limits.idleTime : limits.headerTime, shared_from_this());
   const auto [error, size] = co_await m_socket.async_read_some(m_buffer.prepare(kFirstPiece), kAwait);
   m_deadline.clear();
   if (!error) m_buffer.commit(size);
@@ -98,9 +100,9 @@ asio::awaitable<bool> Connection::readFirstPiece() {
 }
 
 /// The answer to a header that is none; nothing when it is one, or when the peer has gone.
-asio::awaitable<std::optional<Answer>> Connection::readHeader(Header& header) {
+asio::awaitable<std::optional<Answer>> Connection::readHeader() {
   m_deadline.set(m_surroundings.limits.headerTime, shared_from_this());
-  const auto [error, size] = co_await http::async_read_header(m_socket, m_buffer, header, kAwait);
+  const auto [error, size] = co_await http::async_read_header(m_socket, m_buffer, *m_header, kAwait);
   const bool isLate = m_deadline.hasPassed();
   m_deadline.clear();
   if (isLate) co_return errorAnswer(408, "The request took too long.");
@@ -112,8 +114,8 @@ asio::awaitable<std::optional<Answer>> Connection::readHeader(Header& header) {
 }
 
 /// Everything that is decided before a byte of the body is read.
-std::variant<Answer, Connection::Admitted> Connection::admit(const Header& header) {
-  const auto& fields = header.get();
+std::variant<Answer, Connection::Admitted> Connection::admit() {
+  const auto& fields = m_header->get();
   if (auto refused = refuseAtGate(fields, m_surroundings.hosts)) return std::move(*refused);
   auto target = parseTarget(fields.target());
   if (!target) return errorAnswer(400, "The address is not understood.");
@@ -139,13 +141,13 @@ std::variant<Answer, Connection::Admitted> Connection::admit(const Header& heade
                   .path = std::string(fields.target())};
 }
 
-asio::awaitable<Answer> Connection::handle(Header& header, Admitted admitted) {
+asio::awaitable<Answer> Connection::handle(Admitted admitted) {
   Answer answer = errorAnswer(500, "The bridge failed. Its log says more.");
   try {
     if (admitted.match.route->kind == Route::Kind::Upload) {
-      answer = co_await handleUpload(header, std::move(admitted));
+      answer = co_await handleUpload(std::move(admitted));
     } else {
-      answer = co_await handleJson(header, std::move(admitted));
+      answer = co_await handleJson(std::move(admitted));
     }
   } catch (const std::exception& error) {
     service::log(std::string("a request failed: ") + error.what());
@@ -154,8 +156,9 @@ asio::awaitable<Answer> Connection::handle(Header& header, Admitted admitted) {
   co_return answer;
 }
 
-asio::awaitable<Answer> Connection::handleJson(Header& header, Admitted admitted) {
-  auto body = co_await readBody(header);
+asio::awaitable<Answer> Connection::handleJson(Admitted admitted) {
+  auto body = co_await readBody(admitted.match.route->needsToken ? m_surroundings.limits.jsonBytes
+                                                                 : m_surroundings.limits.claimBytes);
   if (!body) co_return lastAnswerTo(body.error());
   co_return co_await runHandler(Job{.bridge = m_surroundings.bridge,
                                     .route = *admitted.match.route,
@@ -168,13 +171,12 @@ asio::awaitable<Answer> Connection::handleJson(Header& header, Admitted admitted
                                     .time = m_surroundings.limits.handlerTime});
 }
 
-asio::awaitable<service::Outcome<std::string>> Connection::readBody(Header& header) {
+asio::awaitable<service::Outcome<std::string>> Connection::readBody(std::uint64_t limit) {
   using Kind = service::Failure::Kind;
-  const auto limit = m_surroundings.limits.jsonBytes;
   const char* const kTooLarge = "The request is too large.";
-  if (header.content_length().value_or(0) > limit) co_return service::refuse(Kind::TooLarge, kTooLarge);
-  co_await sendContinue(header);
-  http::request_parser<http::string_body> parser(std::move(header));
+  if (m_header->content_length().value_or(0) > limit) co_return service::refuse(Kind::TooLarge, kTooLarge);
+  co_await sendContinue();
+  http::request_parser<http::string_body> parser(std::move(*m_header));
   parser.body_limit(limit);
   m_deadline.set(m_surroundings.limits.bodyTime, shared_from_this());
   const auto [error, size] = co_await http::async_read(m_socket, m_buffer, parser, kAwait);
@@ -186,8 +188,8 @@ asio::awaitable<service::Outcome<std::string>> Connection::readBody(Header& head
   co_return service::refuse(Kind::Invalid, "The request's body does not arrive in full.");
 }
 
-asio::awaitable<void> Connection::sendContinue(const Header& header) {
-  if (!beast::iequals(header.get()[http::field::expect], "100-continue")) co_return;
+asio::awaitable<void> Connection::sendContinue() {
+  if (!beast::iequals(m_header->get()[http::field::expect], "100-continue")) co_return;
   constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
   co_await asio::async_write(m_socket, asio::buffer(kContinue), kAwait);
 }

@@ -58,22 +58,24 @@ class Connection : public std::enable_shared_from_this<Connection> {
   };
 
   boost::asio::awaitable<bool> serveOne();
-  boost::asio::awaitable<std::optional<Answer>> readHeader(Header& header);
+  boost::asio::awaitable<std::optional<Answer>> readHeader();
   boost::asio::awaitable<bool> readFirstPiece();
-  std::variant<Answer, Admitted> admit(const Header& header);
-  boost::asio::awaitable<Answer> handle(Header& header, Admitted admitted);
-  boost::asio::awaitable<Answer> handleJson(Header& header, Admitted admitted);
-  boost::asio::awaitable<Answer> handleUpload(Header& header, Admitted admitted);
-  boost::asio::awaitable<service::Outcome<std::string>> readBody(Header& header);
-  boost::asio::awaitable<service::Outcome<void>> receive(Header& header, ArrivingFile& file);
-  boost::asio::awaitable<void> sendContinue(const Header& header);
+  std::variant<Answer, Admitted> admit();
+  boost::asio::awaitable<Answer> handle(Admitted admitted);
+  boost::asio::awaitable<Answer> handleJson(Admitted admitted);
+  boost::asio::awaitable<Answer> handleUpload(Admitted admitted);
+  boost::asio::awaitable<service::Outcome<std::string>> readBody(std::uint64_t limit);
+  boost::asio::awaitable<service::Outcome<void>> receive(std::shared_ptr<ArrivingFile> file);
+  boost::asio::awaitable<void> sendContinue();
   boost::asio::awaitable<bool> send(Wishes wishes, Answer answer);
   boost::asio::awaitable<void> drain();
 
   boost::asio::ip::tcp::socket m_socket;
   Surroundings& m_surroundings;
   boost::beast::flat_buffer m_buffer;
+  std::optional<Header> m_header;  ///< of the request in hand; moved from once its body is read
   Deadline m_deadline;
+  bool m_hasServed = false;
 };
 
 }  // namespace varnel::http

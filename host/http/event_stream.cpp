@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "host/service/bridge.h"
+#include "host/service/log.h"
 
 namespace varnel::http {
 
@@ -64,14 +65,16 @@ asio::awaitable<void> listen(std::shared_ptr<Socket> socket, std::shared_ptr<ser
   stream->close();
 }
 
-asio::awaitable<void> sayGoodbye(std::shared_ptr<Socket> socket) {
+/// Cuts the socket a moment after the stream has ended, whatever it is doing then: a peer that does not read holds up
+/// the last event and the goodbye alike. What it has not taken by then is dropped.
+void cutAfterGoodbye(const std::shared_ptr<Socket>& socket) {
   const auto timer = std::make_shared<asio::steady_timer>(socket->get_executor(), kGoodbyeTime);
-  timer->async_wait([socket, timer](boost::system::error_code error) {
+  timer->async_wait([socket, timer](boost::system::error_code) {
+    auto& lowest = beast::get_lowest_layer(*socket);
     boost::system::error_code ignored;
-    if (!error) beast::get_lowest_layer(*socket).close(ignored);
+    lowest.set_option(asio::socket_base::linger(true, 0), ignored);
+    lowest.close(ignored);
   });
-  co_await socket->async_close(websocket::close_code::going_away, kAwait);
-  timer->cancel();
 }
 
 asio::awaitable<void> sendEvents(std::shared_ptr<Socket> socket, std::shared_ptr<service::Subscription> stream) {
@@ -80,9 +83,58 @@ asio::awaitable<void> sendEvents(std::shared_ptr<Socket> socket, std::shared_ptr
     if (error) break;
   }
   stream->close();
-  if (socket->is_open()) co_await sayGoodbye(socket);
+  if (socket->is_open()) co_await socket->async_close(websocket::close_code::going_away, kAwait);
   boost::system::error_code ignored;
   beast::get_lowest_layer(*socket).close(ignored);
+}
+
+using Subscribed = service::Outcome<std::shared_ptr<service::Subscription>>;
+
+/// Where the subscription is left; the request may have stopped waiting.
+struct Slot {
+  explicit Slot(const asio::any_io_executor& executor) : filled(executor) {}
+  asio::steady_timer filled;
+  std::optional<Subscribed> result;
+  bool isAbandoned = false;
+};
+
+asio::awaitable<void> fill(std::shared_ptr<Slot> slot, service::Bridge* bridge, std::int64_t after,
+                           std::string deviceId) {
+  Subscribed result = service::refuse(service::Failure::Kind::Internal, "The bridge failed. Its log says more.");
+  try {
+    result = co_await bridge->events.subscribe(after, std::move(deviceId));
+  } catch (const std::exception& error) {
+    service::log(std::string("a stream could not begin: ") + error.what());
+  }
+  if (slot->isAbandoned && result) (*result)->close();
+  slot->result = std::move(result);
+  slot->filled.cancel();
+}
+
+/// A subscription that may still begin when the agent has answered: meanwhile the device may have been revoked, and
+/// other streams of it may have begun.
+asio::awaitable<Subscribed> subscribe(service::Bridge* bridge, Limits limits, std::int64_t after,
+                                      std::string deviceId) {
+  using Kind = service::Failure::Kind;
+  const auto executor = co_await asio::this_coro::executor;
+  const auto slot = std::make_shared<Slot>(executor);
+  slot->filled.expires_after(limits.handlerTime);
+  asio::co_spawn(executor, fill(slot, bridge, after, deviceId), [](const std::exception_ptr&) {});
+  if (!slot->result) co_await slot->filled.async_wait(kAwait);
+  slot->isAbandoned = true;
+  if (!slot->result) co_return service::refuse(Kind::TimedOut, "The agent did not answer in time.");
+  auto subscribed = std::move(*slot->result);
+  if (!subscribed) co_return std::unexpected(subscribed.error());
+  const auto stream = *subscribed;
+  if (bridge->events.countStreams(deviceId) > limits.streamsPerDevice) {
+    stream->close();
+    co_return service::refuse(Kind::TooManyRequests, "This device has too many event streams.");
+  }
+  if (!bridge->isPaired(deviceId)) {
+    stream->close();
+    co_return service::refuse(Kind::Unauthorized, "This device is not paired with the bridge.");
+  }
+  co_return stream;
 }
 
 }  // namespace
@@ -94,10 +146,11 @@ asio::awaitable<std::optional<Answer>> serveEventStream(EventStreamRequest reque
   if (request.bridge.events.countStreams(request.deviceId) >= request.limits.streamsPerDevice) {
     co_return errorAnswer(429, "This device has too many event streams.");
   }
-  const auto stream = co_await request.bridge.events.subscribe(*after, request.deviceId);
+  const auto stream = co_await subscribe(&request.bridge, request.limits, *after, request.deviceId);
   if (!stream) co_return answerTo(stream.error());
   const auto socket = std::make_shared<Socket>(std::move(request.socket));
   configure(*socket, request.limits);
+  (*stream)->onClose([socket] { cutAfterGoodbye(socket); });
   const auto [error] = co_await socket->async_accept(request.request, kAwait);
   if (error) {
     (*stream)->close();

@@ -12,9 +12,12 @@ namespace varnel::http {
 struct Limits {
   std::uint32_t headerBytes = 16 * 1024;
   std::uint64_t jsonBytes = 1024UL * 1024;
+  std::uint64_t claimBytes = 4096;  ///< of who holds no token
   std::size_t connections = 256;
+  std::size_t turnedAway = 64;  ///< beyond these many more are told why; those after them are closed at once
   std::size_t streamsPerDevice = 8;
-  std::chrono::milliseconds headerTime{10'000};   ///< for a whole header, from its first byte
+  std::chrono::milliseconds headerTime{
+      10'000};  ///< for a connection's first byte, and for a whole header from its first on
   std::chrono::milliseconds bodyTime{30'000};     ///< for a JSON body, and for each piece of a file
   std::chrono::milliseconds idleTime{75'000};     ///< between two requests of a connection
   std::chrono::milliseconds handlerTime{25'000};  ///< shorter than the phone's own patience

@@ -46,19 +46,21 @@ asio::awaitable<void> work(Job job, std::optional<service::Repeats::Request> req
   } catch (const std::exception& error) {
     service::log(std::string("a request failed: ") + error.what());
   }
-  if (request) repeats.finish(*request, {.status = answer.status, .body = answer.body});
-  slot->answer = std::move(answer);
+  slot->answer = answer;
   slot->filled.cancel();
+  if (request) repeats.finish(*request, {.status = answer.status, .body = std::move(answer.body)});
 }
 
 void report(const std::exception_ptr& failure) {
-  if (failure) service::log("an answer could not be kept for its repetition");
+  if (failure) service::log("a request did not run to its end");
 }
 
 }  // namespace
 
 store::Digest contentOf(const Job& job) {
-  return store::DigestBuilder().add(job.path).add(std::string_view("\0", 1)).add(job.body).finish();
+  constexpr std::string_view kNext("\0", 1);
+  const std::string_view method = boost::beast::http::to_string(job.route.verb);
+  return store::DigestBuilder().add(method).add(kNext).add(job.path).add(kNext).add(job.body).finish();
 }
 
 service::Outcome<std::optional<service::Repeats::Request>> repeatable(const std::optional<store::Device>& device,
@@ -72,7 +74,9 @@ service::Outcome<std::optional<service::Repeats::Request>> repeatable(const std:
 }
 
 asio::awaitable<Answer> runHandler(Job job) {
-  const auto request = repeatable(job.device, job.key, contentOf(job));
+  // Reading again is no repetition: it is asked what is true now.
+  const bool isCommand = job.route.verb == boost::beast::http::verb::post;
+  const auto request = repeatable(job.device, isCommand ? job.key : std::string(), contentOf(job));
   if (!request) co_return answerTo(request.error());
   if (*request) {
     const auto before = job.bridge.repeats.begin(**request);

@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds kAcceptPause{100};
 
 }  // namespace
 
-Server::Server(asio::any_io_executor executor, service::Bridge& bridge, AllowedHosts hosts, Limits limits)
+Server::Server(const asio::any_io_executor& executor, service::Bridge& bridge, AllowedHosts hosts, Limits limits)
     : m_executor(executor),
       m_surroundings{.bridge = bridge, .hosts = std::move(hosts), .limits = limits},
       m_acceptor(executor) {}
@@ -51,7 +51,9 @@ asio::awaitable<void> Server::run() {
 }
 
 void Server::open(asio::ip::tcp::socket socket) {
-  const bool isFull = m_connections.size() >= m_surroundings.limits.connections;
+  const auto& limits = m_surroundings.limits;
+  if (m_connections.size() >= limits.connections + limits.turnedAway) return;
+  const bool isFull = m_connections.size() >= limits.connections;
   const auto connection = std::make_shared<Connection>(std::move(socket), m_surroundings);
   const auto entry = m_connections.insert(m_connections.end(), connection);
   // The list outlives every connection: both end with the io_context.

@@ -18,7 +18,7 @@ namespace varnel::http {
 /// io_context, the bridge's too: nothing here is locked. Outlives the io_context's last handler.
 class Server {
  public:
-  Server(boost::asio::any_io_executor executor, service::Bridge& bridge, AllowedHosts hosts, Limits limits = {});
+  Server(const boost::asio::any_io_executor& executor, service::Bridge& bridge, AllowedHosts hosts, Limits limits = {});
 
   /// Binds the address, port 0 being any free one. Where it listens then, or why it cannot.
   std::expected<boost::asio::ip::tcp::endpoint, std::string> listen(const boost::asio::ip::tcp::endpoint& address);

@@ -11,6 +11,7 @@
 #include "host/http/run_handler.h"
 #include "host/service/bridge.h"
 #include "host/service/checked.h"
+#include "host/service/log.h"
 
 namespace varnel::http {
 
@@ -33,14 +34,17 @@ std::unexpected<Failure> notKept() {
   return service::refuse(Failure::Kind::Internal, "The file could not be kept on the host.");
 }
 
-service::Outcome<std::string> keepFile(service::Bridge& bridge, ArrivingFile& file, const http::fields& header,
-                                       std::string sessionId) {
+/// What the request's header says of the file; its size is not known yet.
+service::Attachments::Description describe(const http::fields& header, std::string sessionId) {
   const std::string_view type = header[http::field::content_type];
-  auto kept = bridge.attachments.add(
-      file.path(), {.sessionId = std::move(sessionId),
-                    .name = live::fileNameFromHeader(header["X-File-Name"]),
-                    .mimeType = type.empty() ? std::string("application/octet-stream") : std::string(type),
-                    .size = file.size()});
+  return {.sessionId = std::move(sessionId),
+          .name = live::fileNameFromHeader(header["X-File-Name"]),
+          .mimeType = type.empty() ? std::string("application/octet-stream") : std::string(type)};
+}
+
+service::Outcome<std::string> keepFile(service::Bridge& bridge, ArrivingFile& file,
+                                       const service::Attachments::Description& description) {
+  auto kept = bridge.attachments.add(file.path(), description);
   if (!kept) return std::unexpected(kept.error());
   file.keep();
   return service::checkedText("upload", *kept);
@@ -55,6 +59,8 @@ Answer keepOnce(service::Bridge& bridge, ArrivingFile& file, const http::fields&
                            .add(std::string_view("\0", 1))
                            .add(header["X-File-Name"])
                            .add(std::string_view("\0", 1))
+                           .add(header[http::field::content_type])
+                           .add(std::string_view("\0", 1))
                            .add(store::bytesOf(digest))
                            .finish();
   const auto request = repeatable(device, std::string(header["Idempotency-Key"]), content);
@@ -64,8 +70,15 @@ Answer keepOnce(service::Bridge& bridge, ArrivingFile& file, const http::fields&
     if (!before) return answerTo(before.error());
     if (*before) return {.status = (*before)->status, .body = (*before)->body};
   }
-  const auto outcome = keepFile(bridge, file, header, std::move(sessionId));
-  Answer answer = outcome ? Answer{.status = 200, .body = *outcome} : answerTo(outcome.error());
+  auto description = describe(header, std::move(sessionId));
+  description.size = file.size();
+  Answer answer = answerTo(notKept().error());
+  try {
+    const auto outcome = keepFile(bridge, file, description);
+    answer = outcome ? Answer{.status = 200, .body = *outcome} : answerTo(outcome.error());
+  } catch (const std::exception& error) {
+    service::log(std::string("a file that was sent could not be kept: ") + error.what());
+  }
   if (*request) bridge.repeats.finish(**request, {.status = answer.status, .body = answer.body});
   return answer;
 }
@@ -73,22 +86,24 @@ Answer keepOnce(service::Bridge& bridge, ArrivingFile& file, const http::fields&
 }  // namespace
 
 /// POST /v1/sessions/{}/uploads: the body goes to the disk as it arrives.
-asio::awaitable<Answer> Connection::handleUpload(Header& header, Admitted admitted) {
+asio::awaitable<Answer> Connection::handleUpload(Admitted admitted) {
   auto& bridge = m_surroundings.bridge;
-  if (header.content_length().value_or(0) > kLimit) co_return lastAnswerTo(tooLarge().error());
+  if (m_header->content_length().value_or(0) > kLimit) co_return lastAnswerTo(tooLarge().error());
+  const auto described = service::Attachments::check(describe(admitted.fields, admitted.match.ids[0]));
+  if (!described) co_return lastAnswerTo(described.error());
   const auto exists = co_await bridge.commands.checkExists(admitted.match.ids[0]);
   if (!exists) co_return lastAnswerTo(exists.error());
-  ArrivingFile file(bridge.attachments.newFile());
-  if (!file.isOpen()) co_return lastAnswerTo(notKept().error());
-  co_await sendContinue(header);
-  const auto received = co_await receive(header, file);
+  const auto file = std::make_shared<ArrivingFile>(bridge.attachments.newFile());
+  if (!file->isOpen()) co_return lastAnswerTo(notKept().error());
+  co_await sendContinue();
+  const auto received = co_await receive(file);
   m_deadline.clear();
   if (!received) co_return lastAnswerTo(received.error());
-  co_return keepOnce(bridge, file, admitted.fields, admitted.device, admitted.match.ids[0]);
+  co_return keepOnce(bridge, *file, admitted.fields, admitted.device, admitted.match.ids[0]);
 }
 
-asio::awaitable<service::Outcome<void>> Connection::receive(Header& header, ArrivingFile& file) {
-  http::request_parser<http::buffer_body> parser(std::move(header));
+asio::awaitable<service::Outcome<void>> Connection::receive(std::shared_ptr<ArrivingFile> file) {
+  http::request_parser<http::buffer_body> parser(std::move(*m_header));
   parser.body_limit(kLimit);
   std::vector<char> piece(kPieceBytes);
   while (!parser.is_done()) {
@@ -102,7 +117,7 @@ asio::awaitable<service::Outcome<void>> Connection::receive(Header& header, Arri
     if (error && error != http::error::need_buffer) {
       co_return service::refuse(Failure::Kind::Invalid, "The file does not arrive in full.");
     }
-    if (!file.write({piece.data(), piece.size() - parser.get().body().size})) co_return notKept();
+    if (!file->write({piece.data(), piece.size() - parser.get().body().size})) co_return notKept();
   }
   co_return service::Outcome<void>();
 }

@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <utf8proc.h>
 
 #include <algorithm>
 #include <unordered_set>
@@ -34,6 +35,17 @@ std::string plainName(std::string_view name) {
   return name.empty() ? "file" : std::string(name);
 }
 
+bool isPlainText(std::string_view text) {
+  while (!text.empty()) {
+    utf8proc_int32_t code = -1;
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    const auto size = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &code);
+    if (size <= 0 || utf8proc_category(code) == UTF8PROC_CATEGORY_CC) return false;
+    text.remove_prefix(static_cast<std::size_t>(size));
+  }
+  return true;
+}
+
 bool sync(const std::filesystem::path& path) {
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (file < 0) return false;
@@ -46,6 +58,12 @@ bool sync(const std::filesystem::path& path) {
 
 std::filesystem::path Attachments::newFile() const {
   return m_folder / (store::randomText(kIdBytes) + std::string(kArrivingSuffix));
+}
+
+Outcome<void> Attachments::check(const Description& description) {
+  if (!isPlainText(description.name)) return refuse(Failure::Kind::Invalid, "The file's name is not plain text.");
+  if (!isPlainText(description.mimeType)) return refuse(Failure::Kind::Invalid, "The file's type is not plain text.");
+  return {};
 }
 
 Outcome<wire::UploadedAttachment> Attachments::add(const std::filesystem::path& file, const Description& description) {

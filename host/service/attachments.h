@@ -33,12 +33,14 @@ class Attachments {
     std::string mimeType;
     std::int64_t size = 0;
   };
+  /// Refuses words that nobody could be shown: what is not UTF-8, and control characters.
+  static Outcome<void> check(const Description& description);
   /// Takes a file that has arrived in full, syncs it and keeps it.
   Outcome<wire::UploadedAttachment> add(const std::filesystem::path& file, const Description& description);
 
   /// The stored files that a message names; the bridge's own records, whatever the message says about them.
-  Outcome<std::vector<agent::TurnInput::Attachment>> find(std::string_view sessionId,
-                                                          const std::vector<wire::UploadedAttachment>& named) const;
+  [[nodiscard]] Outcome<std::vector<agent::TurnInput::Attachment>> find(
+      std::string_view sessionId, const std::vector<wire::UploadedAttachment>& named) const;
   void markSent(const std::vector<agent::TurnInput::Attachment>& attachments);
   /// Removes what was never sent, and files that no row knows.
   void sweep();

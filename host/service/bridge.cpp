@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/service/bridge.h"
 
+#include <algorithm>
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
@@ -19,7 +20,7 @@ constexpr double kSeenSeconds = 60;
 
 }  // namespace
 
-Bridge::Bridge(asio::any_io_executor executor, store::Store& store, agent::Agent& agent, Clock time)
+Bridge::Bridge(const asio::any_io_executor& executor, store::Store& store, agent::Agent& agent, Clock time)
     : m_executor(executor),
       m_store(store),
       m_agent(agent),
@@ -62,6 +63,11 @@ std::optional<store::Device> Bridge::deviceOf(std::string_view token) {
     m_store.devices.markSeen(device->id, clock.wall());
   }
   return device;
+}
+
+bool Bridge::isPaired(const std::string& deviceId) const {
+  const auto devices = m_store.devices.list();
+  return std::ranges::find(devices, deviceId, &store::Device::id) != devices.end();
 }
 
 bool Bridge::revoke(const std::string& deviceId) {

@@ -26,7 +26,7 @@ namespace varnel::service {
 /// to the caller and outlive it, as it outlives the io_context's last handler. Everything happens on one thread.
 class Bridge {
  public:
-  Bridge(boost::asio::any_io_executor executor, store::Store& store, agent::Agent& agent, Clock clock);
+  Bridge(const boost::asio::any_io_executor& executor, store::Store& store, agent::Agent& agent, Clock clock);
 
   /// Starts the agent and what goes on by itself. Why the agent would not start.
   boost::asio::awaitable<std::expected<void, std::string>> start();
@@ -34,6 +34,7 @@ class Bridge {
 
   /// The device that a token belongs to.
   [[nodiscard]] std::optional<store::Device> deviceOf(std::string_view token);
+  [[nodiscard]] bool isPaired(const std::string& deviceId) const;
   /// From the next request on, and for its streams at once.
   bool revoke(const std::string& deviceId);
 

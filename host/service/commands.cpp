@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/live/catalogue.h"
+#include "host/service/log.h"
 #include "host/service/preferences.h"
 
 namespace varnel::service {
@@ -51,19 +52,24 @@ Task<agent::TurnInput> Commands::turnInput(std::string sessionId, wire::MessageB
                              .clientMessageId = std::move(messageId)};
 }
 
-/// A conversation that the user acts on from the phone is the one the lock screen follows.
-void Commands::begun(const std::string& sessionId, const agent::TurnInput& input) {
-  m_attachments.markSent(input.attachments);
-  if (m_tracking.of(sessionId).tracked) return;
-  m_tracking.track(sessionId);
-  m_events.note({.kind = agent::Change::Kind::Settings, .sessionId = sessionId});
+/// A conversation that the user acts on from the phone is the one the lock screen follows. The agent has taken the
+/// message by now: what goes wrong here must not make the phone send it once more.
+void Commands::begun(const std::string& sessionId) {
+  try {
+    if (m_tracking.of(sessionId).tracked) return;
+    m_tracking.track(sessionId);
+    m_events.note({.kind = agent::Change::Kind::Settings, .sessionId = sessionId});
+  } catch (const std::exception& error) {
+    log(std::string("a conversation is not tracked: ") + error.what());
+  }
 }
 
 Task<void> Commands::sendMessage(std::string sessionId, wire::MessageBody body, std::string messageId) {
   const auto input = co_await turnInput(sessionId, std::move(body), std::move(messageId));
   if (!input) co_return std::unexpected(input.error());
+  m_attachments.markSent(input->attachments);
   const auto sent = co_await m_agent.sendMessage(sessionId, *input);
-  if (sent) begun(sessionId, *input);
+  if (sent) begun(sessionId);
   co_return answer(sent);
 }
 
@@ -76,8 +82,9 @@ Task<void> Commands::startGoal(std::string sessionId, wire::GoalBody body, std::
                             .attachments = std::move(body.attachments)};
   const auto input = co_await turnInput(sessionId, std::move(message), std::move(messageId));
   if (!input) co_return std::unexpected(input.error());
+  m_attachments.markSent(input->attachments);
   const auto sent = co_await m_agent.startGoal(sessionId, *input);
-  if (sent) begun(sessionId, *input);
+  if (sent) begun(sessionId);
   co_return answer(sent);
 }
 
@@ -122,10 +129,10 @@ Task<wire::NewSessionResult> Commands::createSession(wire::NewSessionBody body, 
   agent::NewSession session{.cwd = std::move(body.cwd),
                             .sandbox = std::move(body.sandbox),
                             .approvalPolicy = std::move(body.approvalPolicy),
-                            .firstTurn = *input};
+                            .firstTurn = std::move(*input)};
   const auto created = co_await m_agent.createSession(std::move(session));
   if (!created) co_return refusedBy(created.error());
-  begun(*created, *input);
+  begun(*created);
   co_return wire::NewSessionResult{.threadId = *created};
 }
 

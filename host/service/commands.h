@@ -41,7 +41,7 @@ class Commands {
   Task<wire::ConversationPreferences> checkedPreferences(wire::SettingsBody body);
   Task<agent::TurnInput> turnInput(std::string sessionId, wire::MessageBody body, std::string messageId);
   Task<void> checkProject(std::string cwd, bool acknowledged);
-  void begun(const std::string& sessionId, const agent::TurnInput& input);
+  void begun(const std::string& sessionId);
 
   agent::Agent& m_agent;
   store::Tracking& m_tracking;

@@ -46,8 +46,8 @@ const wire::SessionSummary* findSession(const std::vector<wire::SessionSummary>&
 
 }  // namespace
 
-Events::Events(asio::any_io_executor executor, store::EventLog& log, store::Tracking& tracking, agent::Agent& agent,
-               Clock clock)
+Events::Events(const asio::any_io_executor& executor, store::EventLog& log, store::Tracking& tracking,
+               agent::Agent& agent, Clock clock)
     : m_executor(executor),
       m_log(log),
       m_tracking(tracking),
@@ -69,9 +69,21 @@ asio::awaitable<void> Events::run() {
     }
     try {
       co_await tellDue();
+      continue;
     } catch (const std::exception& error) {
       log(std::string("events could not be kept: ") + error.what());
     }
+    // Nobody knows which were told: once it works again, everything is read anew.
+    m_lost = true;
+    co_await pause();
+  }
+}
+
+asio::awaitable<void> Events::pause() {
+  const auto end = asio::steady_timer::clock_type::now() + kRetry;
+  while (!m_stopped && asio::steady_timer::clock_type::now() < end) {
+    m_wake.expires_at(end);
+    co_await m_wake.async_wait(asio::as_tuple(asio::use_awaitable));
   }
 }
 
@@ -157,6 +169,7 @@ Task<std::shared_ptr<Subscription>> Events::subscribe(std::int64_t after, std::s
 
 bool Events::canResume(std::int64_t after) const {
   if (after <= 0 || after > m_log.head() || after < m_log.trimmed()) return false;
+  if (m_log.isInsideSnapshot(after)) return false;
   return m_log.countAfter(after) <= kMostBehind;
 }
 

@@ -29,9 +29,11 @@ class Events {
   static constexpr std::int64_t kMostBehind = 200;
   /// Conversations changed within so many seconds are named after a snapshot.
   static constexpr double kRecentSeconds = 600;
+  /// What could not be written is tried again after so long.
+  static constexpr std::chrono::milliseconds kRetry{1000};
 
-  Events(boost::asio::any_io_executor executor, store::EventLog& log, store::Tracking& tracking, agent::Agent& agent,
-         Clock clock);
+  Events(const boost::asio::any_io_executor& executor, store::EventLog& log, store::Tracking& tracking,
+         agent::Agent& agent, Clock clock);
 
   /// Tells what is noted, until `stop`.
   boost::asio::awaitable<void> run();
@@ -50,6 +52,7 @@ class Events {
 
  private:
   using Sessions = std::vector<wire::SessionSummary>;
+  boost::asio::awaitable<void> pause();
   boost::asio::awaitable<void> tellDue();
   boost::asio::awaitable<void> tellEverythingChanged();
   void tell(const Coalescer::Due& due, const Sessions& sessions);

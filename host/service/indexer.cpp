@@ -50,14 +50,20 @@ std::vector<store::SearchIndex::Item> itemsOf(const agent::Conversation& convers
   return items;
 }
 
+std::unordered_set<std::string> idsOf(const std::vector<store::SearchIndex::Conversation>& conversations) {
+  std::unordered_set<std::string> ids;
+  for (const auto& conversation : conversations) ids.insert(conversation.id);
+  return ids;
+}
+
 store::SearchIndex::Conversation rowOf(const auto& session, double updatedAt, bool archived) {
   return {.id = session.id, .name = session.name, .cwd = session.cwd, .updatedAt = updatedAt, .archived = archived};
 }
 
 }  // namespace
 
-Indexer::Indexer(asio::any_io_executor executor, store::SearchIndex& index, agent::Agent& agent)
-    : m_executor(executor), m_index(index), m_agent(agent), m_wake(executor), m_done(executor) {}
+Indexer::Indexer(const asio::any_io_executor& executor, store::SearchIndex& index, agent::Agent& agent)
+    : m_executor(executor), m_index(index), m_agent(agent), m_wake(executor) {}
 
 asio::awaitable<void> Indexer::run() {
   while (!m_stopped) {
@@ -66,23 +72,40 @@ asio::awaitable<void> Indexer::run() {
       co_await m_wake.async_wait(asio::as_tuple(asio::use_awaitable));
       continue;
     }
-    if (!m_everything) co_await settle();
+    // A changing conversation comes to rest first, unless somebody is searching.
+    if (!m_everything) co_await rest(kSettle, false);
     m_busy = true;
-    try {
-      co_await work();
-    } catch (const std::exception& error) {
-      log(std::string("the search index could not be kept: ") + error.what());
-    }
+    m_failing = false;
+    m_failing = !co_await attempt();
     m_busy = false;
     m_urgent = false;
-    m_done.cancel();
+    wakeSearches();
+    if (m_failing) co_await rest(kRetry, true);
   }
+}
+
+/// False when something is left to do, and noted as such.
+asio::awaitable<bool> Indexer::attempt() {
+  const bool everything = std::exchange(m_everything, false);
+  auto changed = std::exchange(m_changed, {});
+  try {
+    if (co_await work(everything, changed)) co_return true;
+  } catch (const std::exception& error) {
+    log(std::string("the search index could not be kept: ") + error.what());
+  }
+  m_everything = m_everything || everything;
+  m_changed.merge(changed);
+  co_return false;
+}
+
+void Indexer::wakeSearches() {
+  for (const auto& search : std::exchange(m_searches, {})) search->cancel();
 }
 
 void Indexer::stop() {
   m_stopped = true;
   m_wake.cancel();
-  m_done.cancel();
+  wakeSearches();
 }
 
 void Indexer::note(const agent::Change& change) {
@@ -96,34 +119,34 @@ void Indexer::note(const agent::Change& change) {
 
 asio::awaitable<void> Indexer::catchUp() {
   const auto end = asio::steady_timer::clock_type::now() + kPatience;
-  while (!m_stopped && (m_busy || m_everything || !m_changed.empty())) {
+  while (!m_stopped && !m_failing && (m_busy || m_everything || !m_changed.empty())) {
     if (asio::steady_timer::clock_type::now() >= end) co_return;
     m_urgent = true;
     m_wake.cancel();
-    // Several searches may wait on the one timer: each sets the same far end and looks again.
-    m_done.expires_at(end);
-    co_await m_done.async_wait(asio::as_tuple(asio::use_awaitable));
+    const auto done = std::make_shared<asio::steady_timer>(m_executor, end);
+    m_searches.push_back(done);
+    co_await done->async_wait(asio::as_tuple(asio::use_awaitable));
   }
 }
 
-/// Waits for a changing conversation to come to rest, unless somebody is searching.
-asio::awaitable<void> Indexer::settle() {
-  const auto end = asio::steady_timer::clock_type::now() + kSettle;
-  while (!m_urgent && !m_stopped && asio::steady_timer::clock_type::now() < end) {
+asio::awaitable<void> Indexer::rest(std::chrono::milliseconds time, bool evenWhenUrgent) {
+  const auto end = asio::steady_timer::clock_type::now() + time;
+  while ((evenWhenUrgent || !m_urgent) && !m_stopped && asio::steady_timer::clock_type::now() < end) {
     m_wake.expires_at(end);
     co_await m_wake.async_wait(asio::as_tuple(asio::use_awaitable));
   }
 }
 
-asio::awaitable<void> Indexer::work() {
-  const bool everything = std::exchange(m_everything, false);
-  const auto changed = std::exchange(m_changed, {});
-  const auto all = co_await listAll();
-  if (everything) {
-    std::unordered_set<std::string> ids;
-    for (const auto& conversation : all) ids.insert(conversation.id);
-    m_index.keepOnly(ids);
+/// False when the agent did not tell all.
+asio::awaitable<bool> Indexer::work(bool everything, std::set<std::string> changed) {
+  const auto listed = co_await listAll();
+  if (!listed) {
+    log("the search index waits for the agent: " + listed.error().text);
+    co_return false;
   }
+  const auto& all = *listed;
+  if (everything) m_index.keepOnly(idsOf(all));
+  bool isComplete = true;
   std::vector<Reading> waiting;
   std::size_t looked = 0;
   for (const auto& conversation : all) {
@@ -131,9 +154,14 @@ asio::awaitable<void> Indexer::work() {
     std::optional<agent::Conversation> read;
     if (isWanted) {
       auto answer = co_await m_agent.conversation(conversation.id);
-      if (answer) read = std::move(*answer);
+      if (answer) {
+        read = std::move(*answer);
+      } else if (answer.error().kind != agent::AgentError::Kind::NotFound) {
+        log("the search index waits for a conversation: " + answer.error().text);
+        isComplete = false;
+      }
     }
-    if (m_stopped) co_return;
+    if (m_stopped) co_return false;
     if (read && read->items.size() > kSlice) {
       Reading reading{.conversation = conversation, .items = itemsOf(*read)};
       co_await writeLarge(std::move(reading));
@@ -145,18 +173,17 @@ asio::awaitable<void> Indexer::work() {
     co_await breathe();
   }
   writeSmall(std::move(waiting));
+  co_return isComplete;
 }
 
-asio::awaitable<Indexer::Conversations> Indexer::listAll() {
-  Conversations all;
+asio::awaitable<agent::Result<Indexer::Conversations>> Indexer::listAll() {
   const auto sessions = co_await m_agent.sessions();
+  if (!sessions) co_return std::unexpected(sessions.error());
   const auto archived = co_await m_agent.archived();
-  if (sessions) {
-    for (const auto& session : *sessions) all.push_back(rowOf(session, session.updatedAt, false));
-  }
-  if (archived) {
-    for (const auto& session : *archived) all.push_back(rowOf(session, session.updatedAt.value_or(0), true));
-  }
+  if (!archived) co_return std::unexpected(archived.error());
+  Conversations all;
+  for (const auto& session : *sessions) all.push_back(rowOf(session, session.updatedAt, false));
+  for (const auto& session : *archived) all.push_back(rowOf(session, session.updatedAt.value_or(0), true));
   co_return all;
 }
 

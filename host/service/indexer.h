@@ -23,20 +23,23 @@ class Indexer {
   static constexpr std::chrono::milliseconds kSettle{1500};
   /// How long a search waits for the index at most.
   static constexpr std::chrono::seconds kPatience{10};
+  /// What the agent did not tell, or the disk did not take, is tried again after so long.
+  static constexpr std::chrono::milliseconds kRetry{2000};
 
-  Indexer(boost::asio::any_io_executor executor, store::SearchIndex& index, agent::Agent& agent);
+  Indexer(const boost::asio::any_io_executor& executor, store::SearchIndex& index, agent::Agent& agent);
 
   boost::asio::awaitable<void> run();
   void stop();
   void note(const agent::Change& change);
-  /// Returns when what is known to have changed has been read, or patience ends.
+  /// Returns when what is known to have changed has been read, cannot be read for now, or patience ends.
   boost::asio::awaitable<void> catchUp();
 
  private:
   using Conversations = std::vector<store::SearchIndex::Conversation>;
-  boost::asio::awaitable<void> settle();
-  boost::asio::awaitable<void> work();
-  boost::asio::awaitable<Conversations> listAll();
+  boost::asio::awaitable<void> rest(std::chrono::milliseconds time, bool evenWhenUrgent);
+  boost::asio::awaitable<bool> attempt();
+  boost::asio::awaitable<bool> work(bool everything, std::set<std::string> changed);
+  boost::asio::awaitable<agent::Result<Conversations>> listAll();
   /// A conversation that has been read and waits to be written.
   struct Reading {
     store::SearchIndex::Conversation conversation;
@@ -45,15 +48,17 @@ class Indexer {
   boost::asio::awaitable<void> writeLarge(Reading reading);
   void writeSmall(std::vector<Reading> readings);
   boost::asio::awaitable<void> breathe();
+  void wakeSearches();
 
   boost::asio::any_io_executor m_executor;
   store::SearchIndex& m_index;
   agent::Agent& m_agent;
-  boost::asio::steady_timer m_wake;  ///< cancelled when there is something to do
-  boost::asio::steady_timer m_done;  ///< cancelled when all is done
+  boost::asio::steady_timer m_wake;                                    ///< cancelled when there is something to do
+  std::vector<std::shared_ptr<boost::asio::steady_timer>> m_searches;  ///< cancelled when all is done
   bool m_everything = true;
   bool m_urgent = false;
   bool m_busy = false;
+  bool m_failing = false;  ///< what is left to do waits for the next attempt
   bool m_stopped = false;
   std::set<std::string> m_changed;
 };

@@ -20,7 +20,8 @@ Outcome<wire::ConversationPreferences> readPreferences(const wire::SettingsBody&
   if (!mode) return unknown("mode", body.mode);
   const auto model = std::ranges::find(catalogue, body.model, &wire::ModelOption::id);
   if (model == catalogue.end()) return unknown("model", body.model);
-  if (std::ranges::find(model->efforts, body.reasoningEffort) == model->efforts.end()) {
+  const bool isWithoutEffort = model->efforts.empty() && body.reasoningEffort.empty();
+  if (!isWithoutEffort && std::ranges::find(model->efforts, body.reasoningEffort) == model->efforts.end()) {
     return unknown("effort", body.reasoningEffort);
   }
   wire::ConversationPreferences preferences{

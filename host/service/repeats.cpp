@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/service/repeats.h"
 
+#include "host/service/log.h"
+
 namespace varnel::service {
 
 Outcome<std::optional<Repeats::Answer>> Repeats::begin(const Request& request) {
@@ -19,12 +21,16 @@ Outcome<std::optional<Repeats::Answer>> Repeats::begin(const Request& request) {
 void Repeats::finish(const Request& request, const Answer& answer) {
   m_inFlight.erase({request.deviceId, request.key});
   if (answer.status >= 500) return;
-  m_answers.keep({.deviceId = request.deviceId,
-                  .key = request.key,
-                  .request = request.content,
-                  .status = answer.status,
-                  .body = answer.body},
-                 m_clock.wall());
+  try {
+    m_answers.keep({.deviceId = request.deviceId,
+                    .key = request.key,
+                    .request = request.content,
+                    .status = answer.status,
+                    .body = answer.body},
+                   m_clock.wall());
+  } catch (const std::exception& error) {
+    log(std::string("an answer could not be kept for its repetition: ") + error.what());
+  }
 }
 
 }  // namespace varnel::service

@@ -35,6 +35,7 @@ class Repeats {
   /// Nothing: go ahead, and `finish` whatever comes of it. An answer: send that. Conflict while the first attempt is
   /// still running; Mismatch when the key came with another request.
   Outcome<std::optional<Answer>> begin(const Request& request);
+  /// An answer that cannot be kept is logged: the request has been done all the same.
   void finish(const Request& request, const Answer& answer);
 
  private:

@@ -4,12 +4,13 @@
 
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <utility>
 
 namespace varnel::service {
 
 namespace asio = boost::asio;
 
-Subscription::Subscription(asio::any_io_executor executor, std::string deviceId)
+Subscription::Subscription(const asio::any_io_executor& executor, std::string deviceId)
     : m_deviceId(std::move(deviceId)), m_signal(executor, asio::steady_timer::time_point::max()) {}
 
 asio::awaitable<std::optional<std::string>> Subscription::next(std::shared_ptr<Subscription> self) {
@@ -36,6 +37,7 @@ void Subscription::close() {
   m_closed = true;
   m_waiting.clear();
   m_signal.cancel();
+  if (const auto told = std::exchange(m_onClose, {})) told();
 }
 
 }  // namespace varnel::service

@@ -6,6 +6,7 @@
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,7 +20,7 @@ class Subscription {
   /// Events that wait for a socket at most; a backlog and a snapshot fit in.
   static constexpr std::size_t kWaiting = 4096;
 
-  Subscription(boost::asio::any_io_executor executor, std::string deviceId);
+  Subscription(const boost::asio::any_io_executor& executor, std::string deviceId);
 
   /// The next event's text, when there is one; nothing when the stream is over. One caller at a time.
   static boost::asio::awaitable<std::optional<std::string>> next(std::shared_ptr<Subscription> self);
@@ -27,6 +28,8 @@ class Subscription {
   void push(std::string event);
   /// Ends the stream at once; what waits is dropped.
   void close();
+  /// Called once, by the first `close` from now on.
+  void onClose(std::function<void()> told) { m_onClose = std::move(told); }
 
   [[nodiscard]] bool isClosed() const { return m_closed; }
   [[nodiscard]] const std::string& deviceId() const { return m_deviceId; }
@@ -35,6 +38,7 @@ class Subscription {
   std::string m_deviceId;
   std::deque<std::string> m_waiting;
   boost::asio::steady_timer m_signal;  ///< cancelled when there is something new
+  std::function<void()> m_onClose;
   bool m_closed = false;
 };
 

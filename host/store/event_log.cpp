@@ -22,9 +22,18 @@ void EventLog::append(std::int64_t sequence, std::string_view body) {
 }
 
 std::int64_t EventLog::reserve(std::int64_t count) {
+  Transaction transaction(m_database);
   const std::int64_t first = head() + 1;
-  setCounter("head", first + count - 1);
+  const std::int64_t last = first + count - 1;
+  m_database.prepare("INSERT INTO snapshots(first, last) VALUES (?, ?)").bind(first, last).run();
+  setCounter("head", last);
+  transaction.commit();
   return first;
+}
+
+bool EventLog::isInsideSnapshot(std::int64_t sequence) const {
+  auto row = m_database.prepare("SELECT first FROM snapshots WHERE last > ? ORDER BY last LIMIT 1");
+  return row.bind(sequence).step() && row.integer(0) <= sequence;
 }
 
 std::int64_t EventLog::countAfter(std::int64_t sequence) const {
@@ -57,6 +66,7 @@ void EventLog::trim() {
   if (!row.step()) return;
   const std::int64_t last = row.integer(0);
   m_database.prepare("DELETE FROM events WHERE sequence <= ?").bind(last).run();
+  m_database.prepare("DELETE FROM snapshots WHERE last <= ?").bind(last).run();
   setCounter("trimmed", last);
 }
 

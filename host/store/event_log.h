@@ -24,8 +24,10 @@ class EventLog {
   [[nodiscard]] std::int64_t trimmed() const { return counter("trimmed"); }
   /// Keeps an event under the next number, which its text holds already.
   void append(std::int64_t sequence, std::string_view body);
-  /// Takes that many numbers for events that are not kept; the first of them.
+  /// Takes that many numbers for a snapshot, whose events are not kept; the first of them.
   std::int64_t reserve(std::int64_t count);
+  /// The number belongs to a snapshot that goes on after it.
+  [[nodiscard]] bool isInsideSnapshot(std::int64_t sequence) const;
   /// Kept events with a higher number.
   [[nodiscard]] std::int64_t countAfter(std::int64_t sequence) const;
   [[nodiscard]] std::vector<std::string> after(std::int64_t sequence) const;

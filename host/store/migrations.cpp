@@ -52,7 +52,10 @@ CREATE TRIGGER search_items_changed AFTER UPDATE OF text ON search_items BEGIN
 END;
 )sql";
 
-constexpr std::array kSteps{kFirst};
+// Numbers that one stream was given for a snapshot: who stopped between the first and the last has not seen all of it.
+constexpr std::string_view kSnapshots = "CREATE TABLE snapshots(first INTEGER NOT NULL, last INTEGER PRIMARY KEY)";
+
+constexpr std::array kSteps{kFirst, kSnapshots};
 
 }  // namespace
 

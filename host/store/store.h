@@ -36,6 +36,8 @@ class Store {
   SearchIndex search{m_database};
   const std::filesystem::path uploadFolder;
 
+  [[nodiscard]] const Database& database() const { return m_database; }
+
   Store(Database database, std::filesystem::path folder)
       : m_database(std::move(database)), uploadFolder(std::move(folder)) {}
   Store(const Store&) = delete;

@@ -35,7 +35,7 @@ wire::TranscriptItem item(std::string id, std::string type, std::string text) {
 FakeAgent::FakeAgent(asio::any_io_executor executor)
     : catalogue(json::parse(kCatalogue).value()), m_gate(executor, asio::steady_timer::time_point::max()) {
   usageEnvelope.fetchedAt = 5;
-  projectRecords = {{.path = "/work/safe", .name = "safe", .highRisk = false},
+  projectRecords = {{.path = "/srv/safe", .name = "safe", .highRisk = false},
                     {.path = "/", .name = "root", .highRisk = true}};
 }
 
@@ -43,7 +43,7 @@ wire::SessionSummary& FakeAgent::addSession(const std::string& id, double update
   wire::SessionSummary summary;
   summary.id = id;
   summary.name = "Name of " + id;
-  summary.cwd = "/work/safe";
+  summary.cwd = "/srv/safe";
   summary.project = *summary.name;
   summary.latestCommentary = "Done.";
   summary.updatedAt = updatedAt;
@@ -57,6 +57,7 @@ void FakeAgent::change(agent::Change::Kind kind, std::optional<std::string> sess
 
 void FakeAgent::release() {
   m_held = false;
+  m_listHeld = false;
   m_gate.cancel();
 }
 
@@ -66,10 +67,15 @@ Task<void> FakeAgent::start(std::function<void(const agent::Change&)> onChange) 
 }
 
 Task<std::vector<wire::SessionSummary>> FakeAgent::sessions() {
+  ++m_listsWaiting;
+  while (m_listHeld) co_await m_gate.async_wait(asio::as_tuple(asio::use_awaitable));
+  --m_listsWaiting;
+  if (readFailure) co_return std::unexpected(*readFailure);
   co_return summaries;
 }
 
 Task<agent::Conversation> FakeAgent::conversation(std::string sessionId) {
+  if (readFailure) co_return std::unexpected(*readFailure);
   const auto found = std::ranges::find(summaries, sessionId, &wire::SessionSummary::id);
   agent::Conversation conversation;
   if (found != summaries.end()) {
@@ -85,6 +91,7 @@ Task<agent::Conversation> FakeAgent::conversation(std::string sessionId) {
 }
 
 Task<std::vector<wire::ArchivedSession>> FakeAgent::archived() {
+  if (readFailure) co_return std::unexpected(*readFailure);
   co_return archivedSessions;
 }
 Task<std::vector<wire::ProjectRecord>> FakeAgent::projects() {

@@ -33,8 +33,14 @@ class FakeAgent final : public agent::Agent {
   /// Puts a conversation into the list, with one message from the user and one from the agent.
   wire::SessionSummary& addSession(const std::string& id, double updatedAt);
   void change(agent::Change::Kind kind, std::optional<std::string> sessionId);
+  std::optional<agent::AgentError> readFailure;  ///< of the lists and of a conversation
+
   /// Commands wait from now on, until `release`.
   void hold() { m_held = true; }
+  /// So does the list of conversations.
+  void holdList() { m_listHeld = true; }
+  /// Who waits for it.
+  [[nodiscard]] int listsWaiting() const { return m_listsWaiting; }
   void release();
 
   agent::Task<void> start(std::function<void(const agent::Change&)> onChange) override;
@@ -61,6 +67,8 @@ class FakeAgent final : public agent::Agent {
 
   boost::asio::steady_timer m_gate;
   bool m_held = false;
+  bool m_listHeld = false;
+  int m_listsWaiting = 0;
   std::function<void(const agent::Change&)> m_onChange;
 };
 

@@ -54,7 +54,7 @@ bool RawConnection::send(std::string_view bytes) {
 }
 
 bool RawConnection::receive(Time::time_point end) {
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Time::now()).count();
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Time::now()).count();
   pollfd ready{.fd = m_socket, .events = POLLIN, .revents = 0};
   if (left <= 0 || ::poll(&ready, 1, static_cast<int>(left)) <= 0) return false;
   std::array<char, 65536> piece{};
@@ -86,6 +86,11 @@ bool RawConnection::closesWithin(std::chrono::milliseconds time) {
   while (receive(end)) {
   }
   return Time::now() < end;
+}
+
+bool RawConnection::isCutWithin(std::chrono::milliseconds time) const {
+  pollfd cut{.fd = m_socket, .events = 0, .revents = 0};
+  return ::poll(&cut, 1, static_cast<int>(time.count())) == 1;
 }
 
 std::string textOf(const Request& request, std::uint16_t port) {

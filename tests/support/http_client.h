@@ -33,6 +33,8 @@ class RawConnection {
   std::optional<std::string> readWithin(std::size_t count, std::chrono::steady_clock::time_point end);
   /// True when the other side closes within that time, whatever it says before.
   bool closesWithin(std::chrono::milliseconds time);
+  /// True when the other side cuts the connection within that time, nothing being read.
+  [[nodiscard]] bool isCutWithin(std::chrono::milliseconds time) const;
 
  private:
   bool receive(std::chrono::steady_clock::time_point end);
@@ -71,6 +73,7 @@ class EventClient {
   /// The next event's text, pings being answered; nothing when the stream ends or stays silent that long.
   std::optional<std::string> next(std::chrono::milliseconds patience = kPatience);
   bool closesWithin(std::chrono::milliseconds time) { return m_connection.closesWithin(time); }
+  [[nodiscard]] bool isCutWithin(std::chrono::milliseconds time) const { return m_connection.isCutWithin(time); }
 
  private:
   RawConnection m_connection;

@@ -3,6 +3,8 @@
 // The event stream: what is resumed, what is told anew, and when it ends.
 #include <gmock/gmock.h>
 
+#include <future>
+
 #include "core/json/text.h"
 #include "core/wire/codec.h"
 #include "core/wire/event.h"
@@ -98,12 +100,42 @@ TEST_F(EventsTest, resumesExactlyWhatWasMissedUpToTwoHundred) {
 }
 
 TEST_F(EventsTest, beginsAnewWhenTheLogHasForgotten) {
-  bridge.run([](auto parts) {
-    // Kept: 2,000. The numbers in between were given out without an event.
-    for (int i = 1; i <= 2150; ++i) parts.store.events.append(i * 100, "{}");
+  const auto trimmed = bridge.run([](auto parts) {
+    store::EventLog small(parts.store.database(), 10);
+    // Each a multiple of what the log is trimmed at; few enough to be resumed.
+    for (int i = 1; i <= 50; ++i) small.append(i * 100, R"({"sequence":1,"type":"t","timestamp":1,"payload":{}})");
+    return small.trimmed();
   });
-  EventClient forgotten(bridge.port(), token, 100);
+  ASSERT_EQ(trimmed, 4000);
+  EventClient forgotten(bridge.port(), token, trimmed - 100);
   EXPECT_EQ(next(forgotten).value().type, "snapshot.required");
+  EventClient kept(bridge.port(), token, trimmed);
+  EXPECT_EQ(next(kept).value().type, "t");
+}
+
+TEST_F(EventsTest, beginsAnewWhenASnapshotWasCutShort) {
+  {
+    EventClient cut(bridge.port(), token, 0);
+    last = next(cut).value().sequence;
+  }
+  EventClient again(bridge.port(), token, last);
+  EXPECT_THAT(told(again), ElementsAre("snapshot.required", "turn.updated fresh", "turn.updated busy"));
+  EventClient whole(bridge.port(), token, last);
+  EXPECT_THAT(told(whole, 100ms), IsEmpty()) << "who has seen all of it gets it once more";
+}
+
+TEST_F(EventsTest, beginsAnewAfterAFailureToWrite) {
+  fillLog(1);
+  const auto head = bridge.run([](auto parts) { return parts.store.events.head(); });
+  EventClient client(bridge.port(), token, head);
+  bridge.run([](auto parts) {
+    parts.store.database().execute(
+        "CREATE TRIGGER full BEFORE INSERT ON events BEGIN SELECT RAISE(ABORT, 'the disk is full'); END");
+  });
+  change(Kind::Turn, "old");
+  EXPECT_THAT(told(client), IsEmpty());
+  bridge.run([](auto parts) { parts.store.database().execute("DROP TRIGGER full"); });
+  EXPECT_EQ(next(client).value().type, "snapshot.required");
 }
 
 TEST_F(EventsTest, carriesTheLockScreensContent) {
@@ -172,6 +204,35 @@ TEST_F(EventsTest, endsAtOnceWhenTheDeviceIsRevoked) {
   EXPECT_TRUE(reached) << "another device's stream has ended, too";
 }
 
+TEST_F(EventsTest, doesNotBeginWhenTheDeviceIsRevokedMeanwhile) {
+  bridge.run([](auto parts) { parts.agent.holdList(); });
+  auto waiting = std::async(std::launch::async, [&] { return EventClient(bridge.port(), token, 0).status(); });
+  ASSERT_TRUE(bridge.eventually([](auto parts) { return parts.agent.listsWaiting() == 1; }));
+  bridge.run([](auto parts) {
+    parts.bridge.revoke(parts.store.devices.list()[0].id);
+    parts.agent.release();
+  });
+  EXPECT_EQ(waiting.get(), 401);
+}
+
+TEST_F(EventsTest, endsInASecondEvenWhenNobodyReads) {
+  EventClient stuck(bridge.port(), token, 0);
+  ASSERT_EQ(stuck.status(), 101);
+  // More than the two sockets hold.
+  const auto head = bridge.run([](auto parts) {
+    for (int i = 0; i < 200; ++i) {
+      const auto id = "large " + std::to_string(i);
+      parts.agent.addSession(id, 1).latestCommentary = std::string(100'000, 'x');
+      parts.agent.change(Kind::Turn, id);
+    }
+    return parts.store.events.head();
+  });
+  ASSERT_TRUE(bridge.eventually([&](auto parts) { return parts.store.events.head() >= head + 200; }));
+  EXPECT_FALSE(stuck.isCutWithin(100ms));
+  bridge.run([](auto parts) { parts.bridge.revoke(parts.store.devices.list()[0].id); });
+  EXPECT_TRUE(stuck.isCutWithin(1s));
+}
+
 TEST_F(EventsTest, isRefusedWithAnAnswer) {
   EXPECT_EQ(EventClient(bridge.port(), "wrong", 0).status(), 401);
   EXPECT_EQ(support::send(bridge.port(), {.path = "/v1/events?access_token=" + token}).status, 426);
@@ -181,6 +242,22 @@ TEST_F(EventsTest, isRefusedWithAnAnswer) {
                                               {"Sec-WebSocket-Version", "13"},
                                               {"Sec-WebSocket-Key", "dGhlIHNhbXBsZSBub25jZQ=="}}};
   EXPECT_EQ(support::send(bridge.port(), noNumber).status, 400);
+  // A body that nobody reads is not taken for the next request.
+  support::RawConnection smuggling(bridge.port());
+  smuggling.send(
+      support::textOf({.path = "/v1/events?access_token=" + token, .body = "GET / HTTP/1.1\r\n\r\n"}, bridge.port()));
+  EXPECT_EQ(support::readResponse(smuggling).value().status, 426);
+  EXPECT_FALSE(support::readResponse(smuggling));
+}
+
+TEST(EventStream, waitsNoLongerForTheAgentThanAnyRequest) {
+  RunningBridge bridge({.streamsPerDevice = 1, .handlerTime = 200ms});
+  const auto token = bridge.pair();
+  bridge.run([](auto parts) { parts.agent.holdList(); });
+  EXPECT_EQ(EventClient(bridge.port(), token, 0).status(), 504);
+  bridge.run([](auto parts) { parts.agent.release(); });
+  // What was given up does not count among the device's streams.
+  EXPECT_EQ(EventClient(bridge.port(), token, 0).status(), 101);
 }
 
 TEST(EventStream, isPingedAndLimitedPerDevice) {

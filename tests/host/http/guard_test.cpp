@@ -84,6 +84,8 @@ TEST(Guard, limitsHeadersBodiesAndNesting) {
   }
   expectError(support::readResponse(chunked).value(), 413);
 
+  expectError(send(port, {.method = "POST", .path = "/v1/pair/claim", .body = std::string(5000, ' ')}), 413);
+
   auto nested = large;
   nested.body = R"({"name":)" + std::string(600, '[') + std::string(600, ']') + "}";
   expectError(send(port, nested), 400);
@@ -97,7 +99,7 @@ TEST(Guard, limitsHeadersBodiesAndNesting) {
 }
 
 TEST(Guard, cutsWhoIsSlow) {
-  RunningBridge bridge({.headerTime = 200ms, .bodyTime = 200ms, .idleTime = 300ms});
+  RunningBridge bridge({.headerTime = 200ms, .bodyTime = 200ms, .idleTime = 60s});
   const auto token = bridge.pair();
   RawConnection slowHeader(bridge.port());
   slowHeader.send("GET /v1/sess");
@@ -108,11 +110,15 @@ TEST(Guard, cutsWhoIsSlow) {
                 token + "\r\n\r\n{");
   expectError(support::readResponse(slowBody).value(), 408);
   RawConnection silent(bridge.port());
-  EXPECT_TRUE(silent.closesWithin(5s));
+  EXPECT_TRUE(silent.closesWithin(5s)) << "who has said nothing yet is given the time between two requests";
+  RawConnection resting(bridge.port());
+  resting.send(support::textOf({.path = "/v1/projects", .token = token}, bridge.port()));
+  EXPECT_EQ(support::readResponse(resting).value().status, 200);
+  EXPECT_FALSE(resting.closesWithin(400ms));
 }
 
 TEST(Guard, keepsAConnectionForManyRequestsAndCountsThem) {
-  RunningBridge bridge({.connections = 2});
+  RunningBridge bridge({.connections = 2, .turnedAway = 1});
   const auto token = bridge.pair();
   RawConnection first(bridge.port());
   for (int i = 0; i < 3; ++i) {
@@ -128,7 +134,9 @@ TEST(Guard, keepsAConnectionForManyRequestsAndCountsThem) {
   second.send(twice);
   EXPECT_EQ(support::readResponse(second).value().status, 200);
   RawConnection third(bridge.port());
+  RawConnection fourth(bridge.port());
   expectError(support::readResponse(third).value(), 503);
+  EXPECT_FALSE(support::readResponse(fourth)) << "turning away has no bound";
 }
 
 TEST(Guard, asksForABodyThatWaitsToBeAskedFor) {

@@ -187,6 +187,34 @@ TEST_F(OperationsTest, repeatedRequestsAreDoneOnce) {
   EXPECT_EQ(calls().size(), 2U);
 }
 
+TEST_F(OperationsTest, readingAgainIsNoRepetition) {
+  const support::Request read{.path = "/v1/projects", .token = token, .headers = {{"Idempotency-Key", "R"}}};
+  const auto before = support::send(bridge.port(), read);
+  bridge.run([](auto parts) { parts.agent.projectRecords.clear(); });
+  EXPECT_NE(support::send(bridge.port(), read).body, before.body);
+}
+
+TEST_F(OperationsTest, aFullDiskNeitherUndoesNorRepeatsACommand) {
+  const auto sql = [&](const std::string& text) {
+    bridge.run([&](auto parts) { parts.store.database().execute(text); });
+  };
+  for (const auto* table : {"answers", "tracking", "uploads"}) {
+    sql("CREATE TRIGGER full_" + std::string(table) + " BEFORE INSERT ON " + table +
+        " BEGIN SELECT RAISE(ABORT, 'the disk is full'); END");
+  }
+  const auto message = operations::sendMessage("old", "Hi", preferences(), {});
+  EXPECT_EQ(call(message, "K").status, 200) << "the agent has taken it";
+  EXPECT_EQ(calls().size(), 1U);
+  const support::Request upload{.method = "POST",
+                                .path = "/v1/sessions/old/uploads",
+                                .token = token,
+                                .body = "bytes",
+                                .headers = {{"Idempotency-Key", "U"}}};
+  EXPECT_EQ(support::send(bridge.port(), upload).status, 500);
+  for (const auto* table : {"answers", "tracking", "uploads"}) sql("DROP TRIGGER full_" + std::string(table));
+  EXPECT_EQ(support::send(bridge.port(), upload).status, 200) << "the key is in flight for ever";
+}
+
 TEST_F(OperationsTest, slowAgentsAreNotAskedTwiceAndTheirAnswerIsKept) {
   bridge.run([](auto parts) { parts.agent.hold(); });
   const auto message = operations::sendMessage("old", "Hi", preferences(), {});
@@ -288,6 +316,16 @@ TEST_F(OperationsTest, filesAreKeptAndSentWithTheirMessage) {
   EXPECT_EQ(upload("old", bytes + "x", "F", "UTF-8''na%C3%AFve%20a.png").status, 422);
   EXPECT_EQ(read<wire::UploadedAttachment>(upload("old", "", "E", "../../etc/passwd")).name, "passwd");
   EXPECT_EQ(upload("nobody", bytes, "G", "a").status, 404);
+  for (const auto* name : {"UTF-8''a%00b", "UTF-8''a%1Bb", "UTF-8''a%C2%9Bb"}) {
+    EXPECT_EQ(upload("old", bytes, freshKey(), name).status, 400) << name;
+  }
+  const support::Request strange{.method = "POST",
+                                 .path = "/v1/sessions/old/uploads",
+                                 .token = token,
+                                 .body = "x",
+                                 .headers = {{"Content-Type", "image/\xff"}}};
+  EXPECT_EQ(support::send(bridge.port(), strange).status, 400);
+  EXPECT_EQ(bridge.run([](auto parts) { return parts.store.uploads.ids().size(); }), 2U);
 
   EXPECT_EQ(call(operations::sendMessage("new%20one", "Look", preferences(), {file})).status, 400)
       << "a file of another conversation";

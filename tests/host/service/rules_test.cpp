@@ -107,6 +107,11 @@ TEST(Preferences, takeOnlyWordsOfTheCatalogue) {
   wire::NewSessionBody fresh;
   fresh.mode = "default";
   EXPECT_TRUE(readPreferences(completed(fresh, catalogue), catalogue));
+  const auto plain = live::parseModels(json::parse(R"({"data": [{"id": "a", "isDefault": true}]})").value());
+  EXPECT_TRUE(readPreferences(completed(fresh, plain), plain)) << "a model without efforts cannot be used";
+  auto effort = completed(fresh, plain);
+  effort.reasoningEffort = "low";
+  EXPECT_FALSE(readPreferences(effort, plain));
   fresh.model = "b";
   EXPECT_FALSE(readPreferences(completed(fresh, catalogue), catalogue));
 }
