@@ -55,29 +55,36 @@ void tellRound(Scribe& scribe, std::size_t index) {
   };
   switch (index % 8) {
     case 0:
-      return scribe.addUserMessage(TurnInput{"Round " + round + ": take the next shard, please.", {}, {}, {}});
+      scribe.addUserMessage(TurnInput{"Round " + round + ": take the next shard, please.", {}, {}, {}});
+      break;
     case 1:
       scribe.beginMessage(false);
-      return scribe.growMessage("I take shard " + round + ": first what it holds, then the move, then the proof.");
+      scribe.growMessage("I take shard " + round + ": first what it holds, then the move, then the proof.");
+      break;
     case 2:
-      return use(commandRun("wc -l " + file, "/home/mara/src/atlas", round + "12 " + file + "\n", 0));
+      use(commandRun("wc -l " + file, "/home/mara/src/atlas", round + "12 " + file + "\n", 0));
+      break;
     case 3:
-      return use(editRun({{file, "update",
-                           "@@ -1,3 +1,3 @@\n use crate::tile::Tile;\n-const SHARD: u32 = 0;\n+const SHARD: u32 = " +
-                               round + ";\n"}}));
+      use(editRun({{file, "update",
+                    "@@ -1,3 +1,3 @@\n use crate::tile::Tile;\n-const SHARD: u32 = 0;\n+const SHARD: u32 = " + round +
+                        ";\n"}}));
+      break;
     case 4:
-      return use(commandRun("cargo test -p tiles shard_" + round, "/home/mara/src/atlas",
-                            "running 6 tests\ntest result: ok. 6 passed; 0 failed\n", 0));
+      use(commandRun("cargo test -p tiles shard_" + round, "/home/mara/src/atlas",
+                     "running 6 tests\ntest result: ok. 6 passed; 0 failed\n", 0));
+      break;
     case 5:
-      return scribe.think("**Checking the seams**\n\nNeighbours of shard " + round + " still meet.");
+      scribe.think("**Checking the seams**\n\nNeighbours of shard " + round + " still meet.");
+      break;
     case 6:
-      return use(commandRun("git add -A && git commit -qm 'Move shard " + round + "'", "/home/mara/src/atlas", "", 0));
+      use(commandRun("git add -A && git commit -qm 'Move shard " + round + "'", "/home/mara/src/atlas", "", 0));
+      break;
     default:
       scribe.beginMessage(true);
-      return scribe.growMessage("Shard **" + round +
-                                "** has moved.\n\n| check | result |\n|---|---|\n| tests | 6 of 6 |\n"
-                                "| seams | closed |\n\nThe next one is `shard_" +
-                                std::to_string(index / 8 + 2) + "`.");
+      scribe.growMessage("Shard **" + round +
+                         "** has moved.\n\n| check | result |\n|---|---|\n| tests | 6 of 6 |\n"
+                         "| seams | closed |\n\nThe next one is `shard_" +
+                         std::to_string(index / 8 + 2) + "`.");
   }
 }
 

@@ -65,10 +65,15 @@ class Teller {
  private:
   void end(const std::string& state) {
     if (m_failed || state == "running") return;
-    if (state == "completed") return m_scribe.endTurn(CodexTurnState::Done);
-    if (state == "interrupted") return m_scribe.endTurn(CodexTurnState::Interrupted);
-    if (state == "stale") return m_scribe.endTurn(CodexTurnState::Stale);
-    throw std::logic_error("no such state of a turn: " + state);
+    if (state == "completed") {
+      m_scribe.endTurn(CodexTurnState::Done);
+    } else if (state == "interrupted") {
+      m_scribe.endTurn(CodexTurnState::Interrupted);
+    } else if (state == "stale") {
+      m_scribe.endTurn(CodexTurnState::Stale);
+    } else {
+      throw std::logic_error("no such state of a turn: " + state);
+    }
   }
 
   double m_now;
