@@ -102,7 +102,7 @@ class APIClient {
   [[nodiscard]] CallContext context() const;
   template <class Answer>
   Task<Result<Answer>> run(const live::Call& operation, std::stop_token stop) const;
-  Task<Result<void>> tell(const live::Call& operation, std::stop_token stop) const;
+  [[nodiscard]] Task<Result<void>> tell(const live::Call& operation, std::stop_token stop) const;
 
   std::optional<wire::PairingCredentials> m_credentials;
   ClientOptions m_options;

@@ -24,6 +24,7 @@ class JSONValue {
   JSONValue() = default;
   JSONValue(std::string value) : m_value(std::move(value)) {}
   JSONValue(const char* value) : m_value(std::string(value)) {}
+  JSONValue(std::nullptr_t) = delete;
   JSONValue(double value) : m_value(value) {}
   JSONValue(bool value) : m_value(value) {}
   JSONValue(Object value) : m_value(std::move(value)) {}

@@ -14,7 +14,7 @@
 namespace varnel::cli {
 
 int fail(const std::string& sentence) {
-  std::cerr << "varnel: " << service::printable(sentence) << std::endl;
+  std::cerr << "varnel: " << service::printable(sentence) << '\n' << std::flush;
   return 1;
 }
 

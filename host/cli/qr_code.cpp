@@ -94,7 +94,7 @@ std::expected<void, std::string> writeQrPicture(std::string_view text, const std
   image.width = static_cast<png_uint_32>(side);
   image.height = static_cast<png_uint_32>(side);
   image.format = PNG_FORMAT_GRAY;
-  if (!png_image_write_to_stdio(&image, stream.get(), 0, pixels.data(), 0, nullptr)) {
+  if (png_image_write_to_stdio(&image, stream.get(), 0, pixels.data(), 0, nullptr) == 0) {
     return std::unexpected(file.string() + ": " + image.message);
   }
   // What waited in the stream's buffer is written now.

@@ -107,7 +107,7 @@ class Serving {
     }
     asio::co_spawn(m_io, m_server.run(), endsWhenFailed());
     asio::co_spawn(m_io, m_control->run(), endsWhenFailed());
-    std::cout << "listening on " << url << std::endl;
+    std::cout << "listening on " << url << '\n' << std::flush;
   }
 
   /// For what the bridge cannot go on without.

@@ -190,7 +190,7 @@ Task<void> Commands::track(wire::TrackingBody body) {
   } else {
     co_return refuse(Kind::Invalid, "Tracking knows no action \"" + action + "\".");
   }
-  m_events.note({.kind = agent::Change::Kind::List, .sessionId = *body.sessionId});
+  m_events.note({.kind = agent::Change::Kind::List, .sessionId = body.sessionId});
   co_return Outcome<void>();
 }
 

@@ -172,7 +172,7 @@ asio::awaitable<bool> Indexer::work(bool everything, std::set<std::string> chang
     writeSmall(std::exchange(waiting, {}));
     co_await breathe();
   }
-  writeSmall(std::move(waiting));
+  writeSmall(waiting);
   co_return isComplete;
 }
 
@@ -202,7 +202,7 @@ asio::awaitable<void> Indexer::writeLarge(Reading reading) {
 }
 
 /// Many in one commit, since a commit waits for the disk.
-void Indexer::writeSmall(std::vector<Reading> readings) {
+void Indexer::writeSmall(const std::vector<Reading>& readings) {
   if (readings.empty()) return;
   auto batch = m_index.batch();
   for (const auto& reading : readings) {

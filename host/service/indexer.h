@@ -46,7 +46,7 @@ class Indexer {
     std::vector<store::SearchIndex::Item> items;
   };
   boost::asio::awaitable<void> writeLarge(Reading reading);
-  void writeSmall(std::vector<Reading> readings);
+  void writeSmall(const std::vector<Reading>& readings);
   boost::asio::awaitable<void> breathe();
   void wakeSearches();
 

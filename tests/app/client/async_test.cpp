@@ -56,10 +56,7 @@ TEST(Worker, StoppingEndsTheWaitBeforeTheWork) {
 }
 
 TEST(UserText, OfEachFailure) {
-  const struct {
-    ClientError error;
-    const char* text;
-  } cases[] = {
+  const std::vector<std::pair<ClientError, std::string>> cases = {
       {APIError{APIError::Kind::Server, 418, "Short and stout."}, "Short and stout."},
       {APIError{APIError::Kind::NotPaired, 0, {}}, "This iPhone is not paired."},
       {APIError{APIError::Kind::InvalidResponse, 0, {}}, "The bridge returned an invalid response."},

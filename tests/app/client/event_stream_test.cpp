@@ -38,7 +38,7 @@ TEST_F(Stream, ThoseThatComeWithTheUpgradeAreTheFirst) {
   EXPECT_EQ(nextText(), "two");
   EXPECT_EQ(nextText(), "three");
   EXPECT_EQ(nextText(), "four");
-  EXPECT_EQ(nextText().size(), 70'000u);
+  EXPECT_EQ(nextText().size(), 70'000U);
   EXPECT_FALSE(bridge.requests()[0].header("Authorization"));
   EXPECT_FALSE(bridge.requests()[0].header("Origin"));
 }

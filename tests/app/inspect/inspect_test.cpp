@@ -19,8 +19,8 @@ using testing::HasSubstr;
 
 struct Ran {
   int status = -1;
-  std::string out = {};
-  std::string error = {};
+  std::string out;
+  std::string error;
 };
 
 Ran run(const QStringList& words, const QByteArray& input = {}) {
@@ -70,23 +70,24 @@ TEST(Pretty, IsAStringThatHoldsIt) {
 }
 
 TEST(Usage, IsShownWithStatusTwo) {
-  const QStringList wrong[] = {{},
-                               {"nothing"},
-                               {"decode"},
-                               {"decode", "NoRecord"},
-                               {"pretty", "more"},
-                               {"--unknown", "pretty"},
-                               {"call"},
-                               {"call", "nothing"},
-                               {"call", "sessions"},
-                               {"call", "sessions", "--lines", "--base-url", "http://x", "--token", "t"},
-                               {"call", "sessions", "--base-url", "no url", "--token", "t"},
-                               {"call", "rename", R"({"sessionId":"s"})", "--base-url", "http://x", "--token", "t"},
-                               {"call", "rename", R"({"sessionId":"s","name":1})", "--base-url=http://x", "--token=t"},
-                               {"call", "sessions", R"({"more":1})", "--base-url", "http://x", "--token", "t"},
-                               {"events", "--after", "x", "--base-url", "http://x", "--token", "t"},
-                               {"events", "--count", "0", "--base-url", "http://x", "--token", "t"},
-                               {"call", "sessions", "--base-url", "http://x", "--token-file", "/nowhere/token"}};
+  const std::vector<QStringList> wrong = {
+      {},
+      {"nothing"},
+      {"decode"},
+      {"decode", "NoRecord"},
+      {"pretty", "more"},
+      {"--unknown", "pretty"},
+      {"call"},
+      {"call", "nothing"},
+      {"call", "sessions"},
+      {"call", "sessions", "--lines", "--base-url", "http://x", "--token", "t"},
+      {"call", "sessions", "--base-url", "no url", "--token", "t"},
+      {"call", "rename", R"({"sessionId":"s"})", "--base-url", "http://x", "--token", "t"},
+      {"call", "rename", R"({"sessionId":"s","name":1})", "--base-url=http://x", "--token=t"},
+      {"call", "sessions", R"({"more":1})", "--base-url", "http://x", "--token", "t"},
+      {"events", "--after", "x", "--base-url", "http://x", "--token", "t"},
+      {"events", "--count", "0", "--base-url", "http://x", "--token", "t"},
+      {"call", "sessions", "--base-url", "http://x", "--token-file", "/nowhere/token"}};
   for (const QStringList& words : wrong) {
     const Ran ran = run(words);
     EXPECT_EQ(ran.status, 2) << words.join(u' ').toStdString() << ran.error;

@@ -64,9 +64,11 @@ struct FakeClock {
 
 /// A model on a scripted bridge, with a keyring in memory and everything it publishes written down.
 class ModelTest : public testing::Test {
+ public:
+  ~ModelTest() override;
+
  protected:
   ModelTest();
-  ~ModelTest() override;
 
   FakeBridge bridge;
   std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();

@@ -11,7 +11,6 @@ namespace {
 
 using model::spinUntil;
 using support::await;
-using testing::HasSubstr;
 namespace answers = model::answers;
 
 class Sessions : public model::ModelTest {
