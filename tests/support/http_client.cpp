@@ -99,7 +99,7 @@ std::string textOf(const Request& request, std::uint16_t port) {
   if (!hasHost) text += "Host: 127.0.0.1:" + std::to_string(port) + "\r\n";
   if (!request.token.empty()) text += "Authorization: Bearer " + request.token + "\r\n";
   if (request.body) text += "Content-Length: " + std::to_string(request.body->size()) + "\r\n";
-  for (const auto& [name, value] : request.headers) text += name + ": " + value + "\r\n";
+  for (const auto& [name, value] : request.headers) text.append(name).append(": ").append(value).append("\r\n");
   return text + "\r\n" + request.body.value_or("");
 }
 

@@ -53,9 +53,9 @@ using Headers = std::vector<std::pair<std::string, std::string>>;
 struct Request {
   std::string method = "GET";
   std::string path;
-  std::string token = {};
+  std::string token;
   std::optional<std::string> body = std::nullopt;
-  Headers headers = {};  ///< beside Host, Authorization and Content-Length
+  Headers headers;  ///< beside Host, Authorization and Content-Length
 };
 
 std::string textOf(const Request& request, std::uint16_t port);

@@ -78,83 +78,81 @@ struct Operation {
   Task<Outcome> (*start)(APIClient& api, const Arguments& args);
 };
 
-const std::vector<Operation>& operations() {
-  static const Parameter sessionId{"sessionId"};
-  static const Parameter cursor{"cursor", Kind::Text, kOptional};
-  static const Parameter preferences{"preferences", Kind::Preferences};
-  static const Parameter attachments{"attachments", Kind::Attachments, kOptional};
-  static const std::vector<Operation> table = {
-      {"claim",
-       {{"baseURL", Kind::URL}, {"secret"}, {"deviceName"}},
-       [](APIClient& api, const Arguments& a) {
-         return shown(api.claim(a.url("baseURL"), a.text("secret"), a.text("deviceName")));
-       }},
-      {"sessions", {}, [](APIClient& api, const Arguments&) { return shown(api.sessions()); }},
-      {"projects", {}, [](APIClient& api, const Arguments&) { return shown(api.projects()); }},
-      {"models", {}, [](APIClient& api, const Arguments&) { return shown(api.models()); }},
-      {"rateLimit", {}, [](APIClient& api, const Arguments&) { return shown(api.rateLimit()); }},
-      {"usage",
-       {{"sessionId", Kind::Text, kOptional}},
-       [](APIClient& api, const Arguments& a) { return shown(api.usage(a.optionalText("sessionId"))); }},
-      {"archivedSessions",
-       {cursor},
-       [](APIClient& api, const Arguments& a) { return shown(api.archivedSessions(a.optionalText("cursor"))); }},
-      {"search",
-       {{"query"}, cursor},
-       [](APIClient& api, const Arguments& a) { return shown(api.search(a.text("query"), a.optionalText("cursor"))); }},
-      {"interrupt",
-       {sessionId},
-       [](APIClient& api, const Arguments& a) { return shown(api.interrupt(a.text("sessionId"))); }},
-      {"rename",
-       {sessionId, {"name"}},
-       [](APIClient& api, const Arguments& a) { return shown(api.rename(a.text("sessionId"), a.text("name"))); }},
-      {"archive",
-       {sessionId, {"unarchive", Kind::Flag, kOptional}},
-       [](APIClient& api, const Arguments& a) { return shown(api.archive(a.text("sessionId"), a.flag("unarchive"))); }},
-      {"session",
-       {sessionId},
-       [](APIClient& api, const Arguments& a) { return shown(api.session(a.text("sessionId"))); }},
-      {"sendMessage",
-       {sessionId, {"text"}, preferences, attachments},
-       [](APIClient& api, const Arguments& a) {
-         return shown(api.sendMessage(a.text("sessionId"), a.text("text"), a.preferences("preferences"),
-                                      a.attachments("attachments")));
-       }},
-      {"startGoal",
-       {sessionId, {"objective"}, preferences, attachments},
-       [](APIClient& api, const Arguments& a) {
-         return shown(api.startGoal(a.text("sessionId"), a.text("objective"), a.preferences("preferences"),
+const Parameter kSessionId{"sessionId"};
+const Parameter kCursor{"cursor", Kind::Text, kOptional};
+const Parameter kPreferences{"preferences", Kind::Preferences};
+const Parameter kAttachments{"attachments", Kind::Attachments, kOptional};
+
+const std::vector<Operation> kOperations = {
+    {"claim",
+     {{"baseURL", Kind::URL}, {"secret"}, {"deviceName"}},
+     [](APIClient& api, const Arguments& a) {
+       return shown(api.claim(a.url("baseURL"), a.text("secret"), a.text("deviceName")));
+     }},
+    {"sessions", {}, [](APIClient& api, const Arguments&) { return shown(api.sessions()); }},
+    {"projects", {}, [](APIClient& api, const Arguments&) { return shown(api.projects()); }},
+    {"models", {}, [](APIClient& api, const Arguments&) { return shown(api.models()); }},
+    {"rateLimit", {}, [](APIClient& api, const Arguments&) { return shown(api.rateLimit()); }},
+    {"usage",
+     {{"sessionId", Kind::Text, kOptional}},
+     [](APIClient& api, const Arguments& a) { return shown(api.usage(a.optionalText("sessionId"))); }},
+    {"archivedSessions",
+     {kCursor},
+     [](APIClient& api, const Arguments& a) { return shown(api.archivedSessions(a.optionalText("cursor"))); }},
+    {"search",
+     {{"query"}, kCursor},
+     [](APIClient& api, const Arguments& a) { return shown(api.search(a.text("query"), a.optionalText("cursor"))); }},
+    {"interrupt",
+     {kSessionId},
+     [](APIClient& api, const Arguments& a) { return shown(api.interrupt(a.text("sessionId"))); }},
+    {"rename",
+     {kSessionId, {"name"}},
+     [](APIClient& api, const Arguments& a) { return shown(api.rename(a.text("sessionId"), a.text("name"))); }},
+    {"archive",
+     {kSessionId, {"unarchive", Kind::Flag, kOptional}},
+     [](APIClient& api, const Arguments& a) { return shown(api.archive(a.text("sessionId"), a.flag("unarchive"))); }},
+    {"session",
+     {kSessionId},
+     [](APIClient& api, const Arguments& a) { return shown(api.session(a.text("sessionId"))); }},
+    {"sendMessage",
+     {kSessionId, {"text"}, kPreferences, kAttachments},
+     [](APIClient& api, const Arguments& a) {
+       return shown(api.sendMessage(a.text("sessionId"), a.text("text"), a.preferences("preferences"),
                                     a.attachments("attachments")));
-       }},
-      {"upload",
-       {sessionId, {"file", Kind::File}, {"mimeType", Kind::Text, kOptional}, {"fileName", Kind::Text, kOptional}},
-       upload},
-      {"updateSettings",
-       {sessionId, preferences},
-       [](APIClient& api, const Arguments& a) {
-         return shown(api.updateSettings(a.text("sessionId"), a.preferences("preferences")));
-       }},
-      {"createSession",
-       {{"cwd"},
-        {"mode", Kind::Mode, kOptional},
-        {"model", Kind::Text, kOptional},
-        {"reasoningEffort", Kind::Text, kOptional},
-        {"sandbox"},
-        {"approvalPolicy"},
-        {"acknowledgeHighRisk", Kind::Flag, kOptional},
-        {"prompt"}},
-       createSession},
-      {"resolve",
-       {{"requestId"}, {"result", Kind::Any}},
-       [](APIClient& api, const Arguments& a) { return shown(api.resolve(a.text("requestId"), a.any("result"))); }},
-      {"track",
-       {{"sessionId", Kind::Text, kOptional}, {"pin", Kind::Flag, kOptional}, {"action", Kind::Text, kOptional}},
-       [](APIClient& api, const Arguments& a) {
-         return shown(api.track(a.optionalText("sessionId"), a.flag("pin"), a.optionalText("action")));
-       }},
-  };
-  return table;
-}
+     }},
+    {"startGoal",
+     {kSessionId, {"objective"}, kPreferences, kAttachments},
+     [](APIClient& api, const Arguments& a) {
+       return shown(api.startGoal(a.text("sessionId"), a.text("objective"), a.preferences("preferences"),
+                                  a.attachments("attachments")));
+     }},
+    {"upload",
+     {kSessionId, {"file", Kind::File}, {"mimeType", Kind::Text, kOptional}, {"fileName", Kind::Text, kOptional}},
+     upload},
+    {"updateSettings",
+     {kSessionId, kPreferences},
+     [](APIClient& api, const Arguments& a) {
+       return shown(api.updateSettings(a.text("sessionId"), a.preferences("preferences")));
+     }},
+    {"createSession",
+     {{"cwd"},
+      {"mode", Kind::Mode, kOptional},
+      {"model", Kind::Text, kOptional},
+      {"reasoningEffort", Kind::Text, kOptional},
+      {"sandbox"},
+      {"approvalPolicy"},
+      {"acknowledgeHighRisk", Kind::Flag, kOptional},
+      {"prompt"}},
+     createSession},
+    {"resolve",
+     {{"requestId"}, {"result", Kind::Any}},
+     [](APIClient& api, const Arguments& a) { return shown(api.resolve(a.text("requestId"), a.any("result"))); }},
+    {"track",
+     {{"sessionId", Kind::Text, kOptional}, {"pin", Kind::Flag, kOptional}, {"action", Kind::Text, kOptional}},
+     [](APIClient& api, const Arguments& a) {
+       return shown(api.track(a.optionalText("sessionId"), a.flag("pin"), a.optionalText("action")));
+     }},
+};
 
 int refuse(int status, const std::string& reason) {
   std::fprintf(stderr, "%s\n", reason.c_str());
@@ -165,8 +163,8 @@ int refuse(int status, const std::string& reason) {
 
 int runCall(const CommandLine& command) {
   if (command.parameters.empty() || command.parameters.size() > 2) return kExitUsage;
-  const auto operation = std::ranges::find(operations(), command.parameters.front(), &Operation::name);
-  if (operation == operations().end()) return refuse(kExitUsage, "no operation is called " + command.parameters[0]);
+  const auto operation = std::ranges::find(kOperations, command.parameters.front(), &Operation::name);
+  if (operation == kOperations.end()) return refuse(kExitUsage, "no operation is called " + command.parameters[0]);
   const std::string given = command.parameters.size() == 2 ? command.parameters[1] : "{}";
   const auto arguments = Arguments::parse(given, operation->parameters);
   if (!arguments) return refuse(kExitUsage, arguments.error());
@@ -186,7 +184,7 @@ int runCall(const CommandLine& command) {
 
 std::string operationList() {
   std::string list;
-  for (const Operation& operation : operations()) {
+  for (const Operation& operation : kOperations) {
     list.append("  ").append(operation.name);
     for (const Parameter& parameter : operation.parameters) {
       list.append(" ").append(parameter.name).append(parameter.required ? "" : "?");

@@ -47,6 +47,18 @@ Failure setOption(const std::string& name, const std::string& value, CommandLine
   return std::nullopt;
 }
 
+/// Options without a value.
+bool setFlag(const std::string& word, CommandLine& out) {
+  if (word == "--lines") {
+    out.lines = true;
+  } else if (word == "--help" || word == "-h") {
+    out.help = true;
+  } else {
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::expected<CommandLine, std::string> parseCommandLine(const std::vector<std::string>& words) {
@@ -58,11 +70,7 @@ std::expected<CommandLine, std::string> parseCommandLine(const std::vector<std::
       (out.subject.empty() ? out.subject : out.parameters.emplace_back()) = word;
     } else if (word == "--") {
       optionsEnded = true;
-    } else if (word == "--lines") {
-      out.lines = true;
-    } else if (word == "--help" || word == "-h") {
-      out.help = true;
-    } else {
+    } else if (!setFlag(word, out)) {
       const std::size_t equals = word.find('=');
       const bool joined = equals != std::string::npos;
       if (!joined && at + 1 == words.size()) return std::unexpected(word + " needs a value");

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/inspect/decode.h"
 
+#include <array>
+
 #include "core/json/text.h"
 #include "core/wire/bodies.h"
 #include "core/wire/catalogue.h"
@@ -42,7 +44,7 @@ struct Record {
 };
 
 #define VARNEL_INSPECT_RECORD(R) {#R, again<wire::R>}
-constexpr Record kRecords[] = {
+constexpr auto kRecords = std::to_array<Record>({
     {"JSONValue", anyAgain},
     VARNEL_INSPECT_RECORD(EmptyBody),
     VARNEL_INSPECT_RECORD(ServerError),
@@ -86,7 +88,7 @@ constexpr Record kRecords[] = {
     VARNEL_INSPECT_RECORD(NewSessionResult),
     VARNEL_INSPECT_RECORD(ResolveBody),
     VARNEL_INSPECT_RECORD(TrackingBody),
-};
+});
 #undef VARNEL_INSPECT_RECORD
 
 Outcome pretty(std::string_view input) {

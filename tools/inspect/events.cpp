@@ -15,8 +15,8 @@ namespace varnel::inspect {
 namespace {
 
 /// One event as a line, or why the stream goes no further.
-client::Task<Outcome> nextLine(client::EventStream& stream) {
-  const auto message = co_await stream.next();
+client::Task<Outcome> nextLine(client::EventStream* stream) {
+  const auto message = co_await stream->next();
   if (!message) co_return std::unexpected(client::userText(message.error()));
   const auto event = wire::decode<wire::LiveEvent>(message->bytes);
   if (!event) co_return std::unexpected(event.error().message());
@@ -39,7 +39,7 @@ int runEvents(const CommandLine& command) {
   }
   (*stream)->open();
   for (std::int64_t printed = 0; printed != command.count; ++printed) {
-    const Outcome line = QCoro::waitFor(nextLine(**stream));
+    const Outcome line = QCoro::waitFor(nextLine(stream->get()));
     if (!line) {
       std::fprintf(stderr, "%s\n", line.error().c_str());
       return kExitRefused;

@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
+#include <array>
+
 #include "tools/inspect/call.h"
 #include "tools/inspect/decode.h"
 #include "tools/inspect/events.h"
@@ -9,14 +11,14 @@ namespace varnel::inspect {
 
 namespace {
 
-constexpr Subject kSubjects[] = {
+constexpr auto kSubjects = std::to_array<Subject>({
     {"decode", "RECORD", "JSON as that record, encoded again", Subject::Input::JSON, decodeConverter},
     {"pretty", "", "JSON as the application shows it, in a JSON string", Subject::Input::JSON, prettyConverter},
     {"call", "OPERATION [ARGS]", "one operation of a bridge; ARGS is a JSON object", Subject::Input::None, nullptr,
      runCall},
     {"events", "", "a bridge's events after --after N, one a line, --count K of them", Subject::Input::None, nullptr,
      runEvents},
-};
+});
 
 }  // namespace
 

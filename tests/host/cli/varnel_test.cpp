@@ -39,8 +39,8 @@ std::string contentOf(const std::filesystem::path& file) {
 class Command {
  public:
   Command(const std::vector<std::string>& arguments, const std::filesystem::path& errors) {
-    int pipe[2];
-    if (::pipe(pipe) != 0) throw std::runtime_error("no pipe");
+    std::array<int, 2> pipe{};
+    if (::pipe(pipe.data()) != 0) throw std::runtime_error("no pipe");
     std::vector<std::string> words{VARNEL_BINARY};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;

@@ -103,7 +103,7 @@ TEST_F(EventsTest, beginsAnewWhenTheLogHasForgotten) {
   const auto trimmed = bridge.run([](auto parts) {
     store::EventLog small(parts.store.database(), 10);
     // Each a multiple of what the log is trimmed at; few enough to be resumed.
-    for (int i = 1; i <= 50; ++i) small.append(i * 100, R"({"sequence":1,"type":"t","timestamp":1,"payload":{}})");
+    for (int i = 1; i <= 50; ++i) small.append(i * 100L, R"({"sequence":1,"type":"t","timestamp":1,"payload":{}})");
     return small.trimmed();
   });
   ASSERT_EQ(trimmed, 4000);

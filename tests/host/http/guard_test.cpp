@@ -69,7 +69,7 @@ TEST(Guard, limitsHeadersBodiesAndNesting) {
   const auto token = bridge.pair();
   const auto port = bridge.port();
   bridge.run([](auto parts) { parts.agent.addSession("a", 1); });
-  expectError(send(port, {.path = "/v1/sessions", .token = token, .headers = {{"X", std::string(17 * 1024, 'x')}}}),
+  expectError(send(port, {.path = "/v1/sessions", .token = token, .headers = {{"X", std::string(17UL * 1024, 'x')}}}),
               431);
   const Request large{.method = "POST", .path = "/v1/sessions/a/name", .token = token};
   auto announced = large;
