@@ -64,6 +64,8 @@ Task<Result<void>> APIClient::tell(const live::Call& operation, std::stop_token 
   return dropAnswer(run<json::RawValue>(operation, std::move(stop)));
 }
 
+// Whatever starts a coroutine takes its parameters by value here, whether or not it is one itself.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 Task<Result<wire::PairingCredentials>> APIClient::claim(base::Url baseURL, std::string secret, std::string deviceName,
                                                         std::stop_token stop) {
   const live::Call operation = operations::claim(baseURL, std::move(secret), std::move(deviceName));
@@ -145,7 +147,7 @@ Task<Result<void>> APIClient::updateSettings(std::string sessionId, wire::Conver
 }
 
 Task<Result<std::string>> APIClient::createSession(wire::NewSessionBody session, std::stop_token stop) {
-  return memberOf(run<wire::NewSessionResult>(operations::createSession(std::move(session)), std::move(stop)),
+  return memberOf(run<wire::NewSessionResult>(operations::createSession(session), std::move(stop)),
                   &wire::NewSessionResult::threadId);
 }
 
@@ -157,6 +159,7 @@ Task<Result<void>> APIClient::track(std::optional<std::string> sessionId, bool p
                                     std::stop_token stop) {
   return tell(operations::track(std::move(sessionId), pin, std::move(action)), std::move(stop));
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 Result<std::unique_ptr<EventStream>> APIClient::eventStream(std::int64_t after) const {
   auto address = live::buildStreamAddress(after, m_credentials);

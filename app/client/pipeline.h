@@ -40,8 +40,9 @@ ClientError toClientError(live::RequestError error);
 /// The body of a success; any other status is the bridge's own failure.
 Task<Result<Body>> fetch(CallContext context, OutgoingRequest outgoing, std::stop_token stop);
 
+// Some answers keep the text.
 template <class Value>
-std::expected<Value, json::DecodeError> readAnswer(std::string text) {
+std::expected<Value, json::DecodeError> readAnswer(std::string text) {  // NOLINT(performance-unnecessary-value-param)
   if constexpr (std::is_same_v<Value, json::RawValue>) {
     return json::RawValue::parse(std::move(text));
   } else if constexpr (std::is_same_v<Value, wire::SessionDetail>) {
