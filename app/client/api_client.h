@@ -33,7 +33,7 @@ struct CallContext;
 struct ClientOptions {
   /// How long a request may go without a byte in either direction, and the upgrade of a stream without an answer.
   std::chrono::milliseconds timeout = std::chrono::seconds(live::kRequestTimeoutSeconds);
-  /// The largest answer in bytes, after decompression; a larger one is cut and fails.
+  /// The largest answer in bytes; a larger one is cut and fails.
   std::int64_t answerLimit = std::int64_t{512} << 20;
   /// Answers above this many bytes are decoded on a worker thread.
   std::int64_t decodeHereLimit = std::int64_t{256} << 10;

@@ -56,8 +56,7 @@ template <class T>
 using Result = std::expected<T, ClientError>;
 
 /// A coroutine that runs at once, on the main thread, up to its first wait. Dropping the task does not stop it; its
-/// stop token does. QCoro compares handles with nullptr in a way that does not compile for a value which nullptr turns
-/// into by itself (a pointer, a `JSONValue`).
+/// stop token does.
 template <class T>
 using Task = QCoro::Task<T>;
 

@@ -42,6 +42,16 @@ def run(*command, **options):
     return subprocess.run(command, check=True, timeout=20, capture_output=True, text=True, **options).stdout
 
 
+def end(process):
+    """Asks a process to end, and makes it when it does not."""
+    process.terminate()
+    try:
+        process.wait(10)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait(10)
+
+
 class Driver:
     """One running application and its window."""
 
@@ -63,12 +73,7 @@ class Driver:
         return run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()[0]
 
     def close(self):
-        self.process.terminate()
-        try:
-            self.process.wait(10)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait(10)
+        end(self.process)
 
     # ---- seeing -----------------------------------------------------------------------------------------------------
 

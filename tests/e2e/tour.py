@@ -19,7 +19,7 @@ import tempfile
 import threading
 from pathlib import Path
 
-from driver import Driver, NotSeen, run, wait_for
+from driver import Driver, NotSeen, end, run, wait_for
 
 MESSAGE = "Please rename the parser and run the tests."
 REPLY_SECONDS = 45
@@ -50,12 +50,7 @@ class Lines:
             raise NotSeen(f"{what} was not printed within {seconds} s") from None
 
     def close(self):
-        self.process.terminate()
-        try:
-            self.process.wait(10)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait(10)
+        end(self.process)
 
 
 class Tour:
