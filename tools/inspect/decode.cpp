@@ -5,6 +5,7 @@
 #include <array>
 
 #include "core/json/text.h"
+#include "core/wire/activity.h"
 #include "core/wire/bodies.h"
 #include "core/wire/catalogue.h"
 #include "core/wire/codec.h"
@@ -78,6 +79,9 @@ constexpr auto kRecords = std::to_array<Record>({
     VARNEL_INSPECT_RECORD(SearchEnvelope),
     VARNEL_INSPECT_RECORD(PairPayload),
     VARNEL_INSPECT_RECORD(PairingCredentials),
+    VARNEL_INSPECT_RECORD(CodexTurnAttributes),
+    {"CodexTurnAttributes.ContentState", again<wire::CodexTurnAttributes::ContentState>},
+    {"ContentState", again<wire::CodexTurnAttributes::ContentState>},
     VARNEL_INSPECT_RECORD(ClaimBody),
     VARNEL_INSPECT_RECORD(ClaimResult),
     VARNEL_INSPECT_RECORD(RenameBody),

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Varnel contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varnel::platform {
+
+/// A notification as the application means it. Texts are plain: nothing in them is markup.
+struct Notification {
+  enum class Urgency { Low, Normal, Critical };
+  struct Action {
+    std::string key;  ///< "default" is what touching the notification itself does
+    std::string label;
+    bool operator==(const Action&) const = default;
+  };
+
+  std::string title;
+  std::string body;
+  Urgency urgency = Urgency::Normal;
+  bool sound = false;           ///< the system's own for `category`
+  bool resident = false;        ///< stays when one of its actions was used, until it is removed
+  bool silentUpdate = false;    ///< replaces what stands there without showing up again
+  bool outlivesSender = false;  ///< for a program that ends right after
+  std::string category;         ///< a name of the desktop's own list, such as "im.received"; empty for none
+  std::vector<Action> actions;
+
+  bool operator==(const Notification&) const = default;
+};
+
+/// What the server of this desktop can do with a notification.
+struct NotificationCapabilities {
+  bool body = false;
+  bool actions = false;
+  bool persistence = false;  ///< keeps notifications until someone has seen them
+  bool operator==(const NotificationCapabilities&) const = default;
+};
+
+/// Where this device shows notifications. The application names each by an id of its own choosing, which holds across
+/// runs: what an earlier run posted can be replaced and removed. Main thread; no call waits, and what cannot be shown
+/// is dropped.
+class NotificationCentre : public QObject {
+  Q_OBJECT
+
+ public:
+  using QObject::QObject;
+
+  /// Shows the notification in the place of the one of that id, if there is one.
+  virtual void post(const std::string& id, const Notification& notification) = 0;
+  virtual void remove(const std::string& id) = 0;
+  /// Nothing while no server answers.
+  [[nodiscard]] virtual std::optional<NotificationCapabilities> capabilities() const = 0;
+  /// The ids that stand, as far as this device tells: sorted, those of earlier runs included.
+  [[nodiscard]] virtual std::vector<std::string> posted() const = 0;
+
+ signals:
+  void activated(const std::string& id, const std::string& action);
+  /// Someone put the notification away.
+  void dismissed(const std::string& id);
+  void capabilitiesChanged();
+};
+
+}  // namespace varnel::platform
