@@ -104,6 +104,17 @@ Call sendMessage(std::string_view sessionId, std::string text, const wire::Conve
   return post(inSession(sessionId, "messages"), body);
 }
 
+Call queueMessage(std::string_view sessionId, std::string text, const wire::ConversationPreferences& preferences,
+                  std::vector<wire::UploadedAttachment> attachments) {
+  Call call = sendMessage(sessionId, std::move(text), preferences, std::move(attachments));
+  call.path = inSession(sessionId, "queue");
+  return call;
+}
+
+Call unqueue(std::string_view sessionId, const std::optional<std::string>& messageId) {
+  return {.method = "DELETE", .path = withItem(inSession(sessionId, "queue"), "id", messageId, UrlSet::Unreserved)};
+}
+
 Call startGoal(std::string_view sessionId, std::string objective, const wire::ConversationPreferences& preferences,
                std::vector<wire::UploadedAttachment> attachments) {
   wire::GoalBody body = withPreferences(wire::GoalBody{}, preferences);

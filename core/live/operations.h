@@ -34,6 +34,11 @@ Call sendMessage(std::string_view sessionId, std::string text, const wire::Conve
 Call startGoal(std::string_view sessionId, std::string objective, const wire::ConversationPreferences& preferences,
                std::vector<wire::UploadedAttachment> attachments);
 Call updateSettings(std::string_view sessionId, const wire::ConversationPreferences& preferences);
+/// As `sendMessage`, once the running turn has ended.
+Call queueMessage(std::string_view sessionId, std::string text, const wire::ConversationPreferences& preferences,
+                  std::vector<wire::UploadedAttachment> attachments);
+/// Takes one queued message back, or all without an id.
+Call unqueue(std::string_view sessionId, const std::optional<std::string>& messageId);
 Call createSession(const wire::NewSessionBody& body);
 /// The id is percent-encoded.
 Call resolve(std::string_view requestId, json::JSONValue result);

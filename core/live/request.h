@@ -33,7 +33,7 @@ struct HttpRequest {
 
 /// What an operation asks for, still without an address and a token.
 struct Call {
-  std::string method;  ///< "GET" or "POST"
+  std::string method;  ///< "GET", "POST" or "DELETE"
   std::string path;    ///< begins with "/v1/"; after a "?" an encoded query that is kept verbatim
   /// JSON text, or why the body could not be written.
   std::optional<std::expected<std::string, json::DecodeError>> body = std::nullopt;

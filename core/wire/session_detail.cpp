@@ -3,6 +3,8 @@
 #include "core/wire/session_detail.h"
 
 #include "core/json/record_codec.h"
+#include "core/wire/catalogue_fields.h"
+#include "core/wire/queue_fields.h"
 #include "core/wire/request_fields.h"
 #include "core/wire/session_fields.h"
 #include "core/wire/transcript_fields.h"
@@ -33,6 +35,7 @@ bool readAny(json::Reader& in, std::string_view key, SessionDetail& out) {
   if (key == "items") return readMember(in, key, out.items);
   if (key == "pendingRequests") return readMember(in, key, out.pendingRequests);
   if (key == "session") return readMember(in, key, out.session);
+  if (key == "queued") return readMember(in, key, out.queued);
   std::string_view ignored;
   return in.skipValue(ignored);
 }

@@ -8,13 +8,14 @@
 #include <vector>
 
 #include "core/json/raw_value.h"
+#include "core/wire/queue.h"
 #include "core/wire/request.h"
 #include "core/wire/session.h"
 #include "core/wire/transcript.h"
 
 namespace varnel::wire {
 
-/// The answer about one conversation: the three members that are read, each decoded on its own so that one which does
+/// The answer about one conversation: the members that are read, each decoded on its own so that one which does
 /// not fit leaves the others usable, and the whole answer for whoever asks for more.
 struct SessionDetail {
   template <class T>
@@ -24,6 +25,7 @@ struct SessionDetail {
   Member<std::vector<TranscriptItem>> items;
   Member<std::vector<PendingRequest>> pendingRequests;
   Member<SessionSummary> session;
+  Member<std::vector<QueuedMessage>> queued;  ///< nothing when the bridge has no queue
 };
 
 /// Fails only when the text is not JSON; an answer that is not an object has no members. One pass over the text, which

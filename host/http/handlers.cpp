@@ -63,6 +63,20 @@ Task<std::string> sendMessage(Call call) {
   co_return done(co_await call.bridge.commands.sendMessage(call.ids[0], *body, call.key));
 }
 
+Task<std::string> queueMessage(Call call) {
+  const auto body = bodyOf<wire::MessageBody>(call);
+  if (!body) co_return std::unexpected(body.error());
+  const auto queued = co_await call.bridge.queue.add(call.ids[0], *body, call.key);
+  if (!queued) co_return std::unexpected(queued.error());
+  co_return service::checkedText("queued message", *queued);
+}
+
+Task<std::string> unqueue(Call call) {
+  const auto removed = co_await call.bridge.queue.remove(call.ids[0], call.target.value("id"));
+  if (!removed) co_return std::unexpected(removed.error());
+  co_return service::checkedText("queue", *removed);
+}
+
 Task<std::string> startGoal(Call call) {
   const auto body = bodyOf<wire::GoalBody>(call);
   if (!body) co_return std::unexpected(body.error());

@@ -14,6 +14,8 @@ service::Task<std::string> createSession(Call call);
 service::Task<std::string> listArchived(Call call);
 service::Task<std::string> showSession(Call call);
 service::Task<std::string> sendMessage(Call call);
+service::Task<std::string> queueMessage(Call call);
+service::Task<std::string> unqueue(Call call);
 service::Task<std::string> startGoal(Call call);
 service::Task<std::string> updateSettings(Call call);
 service::Task<std::string> interrupt(Call call);

@@ -23,6 +23,8 @@ constexpr std::array kRoutes{
     Route{.verb = get, .path = "/v1/sessions/archived", .handler = h::listArchived},
     Route{.verb = get, .path = "/v1/sessions/{}", .handler = h::showSession},
     Route{.verb = post, .path = "/v1/sessions/{}/messages", .handler = h::sendMessage},
+    Route{.verb = post, .path = "/v1/sessions/{}/queue", .handler = h::queueMessage},
+    Route{.verb = delete_, .path = "/v1/sessions/{}/queue", .handler = h::unqueue},
     Route{.verb = post, .path = "/v1/sessions/{}/goal", .handler = h::startGoal},
     Route{.verb = post, .path = "/v1/sessions/{}/settings", .handler = h::updateSettings},
     Route{.verb = post, .path = "/v1/sessions/{}/interrupt", .handler = h::interrupt},

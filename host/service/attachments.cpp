@@ -101,6 +101,14 @@ void Attachments::markSent(const std::vector<agent::TurnInput::Attachment>& atta
   for (const auto& attachment : attachments) m_uploads.markSent(attachment.record.id);
 }
 
+void Attachments::markWaiting(const std::vector<wire::UploadedAttachment>& attachments) {
+  for (const auto& attachment : attachments) m_uploads.markSent(attachment.id);
+}
+
+void Attachments::markUnsent(const std::vector<wire::UploadedAttachment>& attachments) {
+  for (const auto& attachment : attachments) m_uploads.markUnsent(attachment.id, m_clock.wall());
+}
+
 void Attachments::sweep() {
   std::error_code error;
   for (const auto& id : m_uploads.takeUnsentBefore(m_clock.wall() - kUnsentSeconds)) {

@@ -42,6 +42,9 @@ class Attachments {
   [[nodiscard]] Outcome<std::vector<agent::TurnInput::Attachment>> find(
       std::string_view sessionId, const std::vector<wire::UploadedAttachment>& named) const;
   void markSent(const std::vector<agent::TurnInput::Attachment>& attachments);
+  /// Files of a message that waits are kept as if it were sent; those of one that was taken back, for another day.
+  void markWaiting(const std::vector<wire::UploadedAttachment>& attachments);
+  void markUnsent(const std::vector<wire::UploadedAttachment>& attachments);
   /// Removes what was never sent, and files that no row knows.
   void sweep();
 

@@ -30,8 +30,11 @@ Bridge::Bridge(const asio::any_io_executor& executor, store::Store& store, agent
       pairing(store.devices, clock),
       repeats(store.answers, clock),
       attachments(store.uploads, store.uploadFolder, clock),
-      conversations(agent, store.tracking),
       commands(agent, store.tracking, attachments, events),
+      queue(executor,
+            {.store = store.queue, .agent = agent, .commands = commands, .events = events, .attachments = attachments},
+            clock),
+      conversations(agent, store.tracking, queue),
       indexer(executor, store.search, agent),
       search(indexer, store.search) {}
 
@@ -39,12 +42,14 @@ asio::awaitable<std::expected<void, std::string>> Bridge::start() {
   const auto started = co_await m_agent.start([this](const agent::Change& change) {
     events.note(change);
     indexer.note(change);
+    queue.note(change);
   });
   if (!started) co_return std::unexpected(started.error().text);
   // What the agent did while no bridge ran was told to nobody.
   if (m_store.events.head() > 0) events.note({.kind = agent::Change::Kind::Lost});
   asio::co_spawn(m_executor, events.run(), asio::detached);
   asio::co_spawn(m_executor, indexer.run(), asio::detached);
+  asio::co_spawn(m_executor, queue.run(), asio::detached);
   asio::co_spawn(m_executor, sweepHourly(), asio::detached);
   co_return std::expected<void, std::string>();
 }
@@ -54,6 +59,7 @@ void Bridge::stop() {
   m_sweep.cancel();
   events.stop();
   indexer.stop();
+  queue.stop();
   m_agent.stop();
 }
 

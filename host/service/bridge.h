@@ -16,6 +16,7 @@
 #include "host/service/events.h"
 #include "host/service/indexer.h"
 #include "host/service/pairing.h"
+#include "host/service/queue.h"
 #include "host/service/repeats.h"
 #include "host/service/search.h"
 #include "host/store/store.h"
@@ -53,8 +54,9 @@ class Bridge {
   Pairing pairing;
   Repeats repeats;
   Attachments attachments;
-  Conversations conversations;
   Commands commands;
+  Queue queue;
+  Conversations conversations;
   Indexer indexer;
   Search search;
 };

@@ -52,6 +52,19 @@ Task<agent::TurnInput> Commands::turnInput(std::string sessionId, wire::MessageB
                              .clientMessageId = std::move(messageId)};
 }
 
+Task<void> Commands::checkMessage(std::string sessionId, wire::MessageBody body) {
+  const auto sessions = co_await m_agent.sessions();
+  if (!sessions) co_return refusedBy(sessions.error());
+  if (std::ranges::find(*sessions, sessionId, &wire::SessionSummary::id) == sessions->end()) {
+    const auto exists = co_await checkExists(sessionId);
+    if (!exists) co_return std::unexpected(exists.error());
+    co_return refuse(Kind::Conflict, "This conversation is archived.");
+  }
+  const auto input = co_await turnInput(std::move(sessionId), std::move(body), "");
+  if (!input) co_return std::unexpected(input.error());
+  co_return Outcome<void>();
+}
+
 /// A conversation that the user acts on from the phone is the one the lock screen follows. The agent has taken the
 /// message by now: what goes wrong here must not make the phone send it once more.
 void Commands::begun(const std::string& sessionId) {

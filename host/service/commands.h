@@ -21,6 +21,8 @@ class Commands {
   Commands(agent::Agent& agent, store::Tracking& tracking, Attachments& attachments, Events& events)
       : m_agent(agent), m_tracking(tracking), m_attachments(attachments), m_events(events) {}
 
+  /// Whether a message could be sent as it is.
+  Task<void> checkMessage(std::string sessionId, wire::MessageBody body);
   /// `messageId` is the same for a repeated attempt.
   Task<void> sendMessage(std::string sessionId, wire::MessageBody body, std::string messageId);
   Task<void> startGoal(std::string sessionId, wire::GoalBody body, std::string messageId);

@@ -24,19 +24,31 @@ int urgency(const wire::SessionSummary& session) {
   return session.active || session.state == wire::CodexTurnState::Working ? 1 : 2;
 }
 
-Outcome<std::string> detailText(const agent::Conversation& conversation) {
+/// What one member of the detail says; a failure when the phone could not read it.
+template <class T>
+Outcome<void> checkMember(std::string_view name, const wire::SessionDetail::Member<T>& member) {
+  if (!member || !*member) return unsendable(name, member->error());
+  return {};
+}
+
+Outcome<std::string> detailText(const agent::Conversation& conversation,
+                                const std::vector<wire::QueuedMessage>& waiting) {
   const auto items = wire::encode(conversation.items);
   const auto requests = wire::encode(conversation.pendingRequests);
   const auto session = wire::encode(conversation.summary);
+  const auto queued = wire::encode(waiting);
   if (!items) return unsendable("items", items.error());
   if (!requests) return unsendable("pendingRequests", requests.error());
   if (!session) return unsendable("session", session.error());
-  std::string text = R"({"items":)" + *items + R"(,"pendingRequests":)" + *requests + R"(,"session":)" + *session + "}";
+  if (!queued) return unsendable("queued", queued.error());
+  std::string text = R"({"items":)" + *items + R"(,"pendingRequests":)" + *requests + R"(,"session":)" + *session +
+                     R"(,"queued":)" + *queued + "}";
   const auto read = wire::decodeSessionDetail(text);
   if (!read) return unsendable("detail", read.error());
-  if (!read->items || !*read->items) return unsendable("items", read->items->error());
-  if (!read->pendingRequests || !*read->pendingRequests) return unsendable("requests", read->pendingRequests->error());
-  if (!read->session || !*read->session) return unsendable("session", read->session->error());
+  for (const auto& checked : {checkMember("items", read->items), checkMember("pendingRequests", read->pendingRequests),
+                              checkMember("session", read->session), checkMember("queued", read->queued)}) {
+    if (!checked) return std::unexpected(checked.error());
+  }
   return text;
 }
 
@@ -86,7 +98,7 @@ Task<std::string> Conversations::detail(std::string sessionId) {
   auto conversation = co_await m_agent.conversation(sessionId);
   if (!conversation) co_return refusedBy(conversation.error());
   mark(conversation->summary, m_tracking.of(sessionId));
-  co_return detailText(*conversation);
+  co_return detailText(*conversation, m_queue.of(sessionId));
 }
 
 Task<std::string> Conversations::archived(std::optional<std::string> cursor) {

@@ -8,6 +8,7 @@
 
 #include "host/agent/agent.h"
 #include "host/service/failure.h"
+#include "host/service/queue.h"
 #include "host/store/tracking.h"
 
 namespace varnel::service {
@@ -18,11 +19,12 @@ class Conversations {
  public:
   static constexpr std::size_t kArchivePage = 20;
 
-  Conversations(agent::Agent& agent, store::Tracking& tracking) : m_agent(agent), m_tracking(tracking) {}
+  Conversations(agent::Agent& agent, store::Tracking& tracking, const Queue& queue)
+      : m_agent(agent), m_tracking(tracking), m_queue(queue) {}
 
   /// In triage order: pinned ones first, then what needs input, what is running, and the rest by last change.
   Task<std::string> list();
-  /// `{"items", "pendingRequests", "session"}`.
+  /// `{"items", "pendingRequests", "session", "queued"}`.
   Task<std::string> detail(std::string sessionId);
   Task<std::string> archived(std::optional<std::string> cursor);
   Task<std::string> projects();
@@ -33,6 +35,7 @@ class Conversations {
  private:
   agent::Agent& m_agent;
   store::Tracking& m_tracking;
+  const Queue& m_queue;
 };
 
 /// Brings a list into triage order.

@@ -55,7 +55,15 @@ END;
 // Numbers that one stream was given for a snapshot: who stopped between the first and the last has not seen all of it.
 constexpr std::string_view kSnapshots = "CREATE TABLE snapshots(first INTEGER NOT NULL, last INTEGER PRIMARY KEY)";
 
-constexpr std::array kSteps{kFirst, kSnapshots};
+// Messages that wait for the end of a turn; attempted: handed to the agent, which may or may not have taken it.
+constexpr std::string_view kQueue = R"sql(
+CREATE TABLE queue(
+  position INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT NOT NULL UNIQUE, session_id TEXT NOT NULL, body TEXT NOT NULL,
+  created_at REAL NOT NULL, attempted INTEGER NOT NULL DEFAULT 0, failure TEXT);
+CREATE INDEX queue_by_session ON queue(session_id);
+)sql";
+
+constexpr std::array kSteps{kFirst, kSnapshots, kQueue};
 
 }  // namespace
 

@@ -11,6 +11,7 @@
 #include "host/store/database.h"
 #include "host/store/devices.h"
 #include "host/store/event_log.h"
+#include "host/store/queue.h"
 #include "host/store/search_index.h"
 #include "host/store/tracking.h"
 #include "host/store/uploads.h"
@@ -33,6 +34,7 @@ class Store {
   Tracking tracking{m_database};
   Uploads uploads{m_database};
   Answers answers{m_database};
+  Queue queue{m_database};
   SearchIndex search{m_database};
   const std::filesystem::path uploadFolder;
 

@@ -29,6 +29,10 @@ void Uploads::markSent(std::string_view id) {
   m_database.prepare("UPDATE uploads SET sent = 1 WHERE id = ?").bind(id).run();
 }
 
+void Uploads::markUnsent(std::string_view id, double createdAt) {
+  m_database.prepare("UPDATE uploads SET sent = 0, created_at = ? WHERE id = ?").bind(createdAt, id).run();
+}
+
 std::vector<std::string> Uploads::takeUnsentBefore(double createdAt) {
   std::vector<std::string> taken;
   auto rows = m_database.prepare("DELETE FROM uploads WHERE NOT sent AND created_at < ? RETURNING id");

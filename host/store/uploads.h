@@ -27,6 +27,8 @@ class Uploads {
   [[nodiscard]] std::optional<Stored> find(std::string_view id) const;
   /// A file that went out with a message is kept; the agent refers to it.
   void markSent(std::string_view id);
+  /// It goes out with no message after all; its day begins anew.
+  void markUnsent(std::string_view id, double createdAt);
   /// Forgets files that were never sent and are older than that; their ids.
   std::vector<std::string> takeUnsentBefore(double createdAt);
   [[nodiscard]] std::vector<std::string> ids() const;
