@@ -9,6 +9,8 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <limits>
 #include <ranges>
 #include <vector>
 
@@ -17,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLargestFile = 1 << 20;
 constexpr mode_t kOthers = 0077;
 
 std::unexpected<std::error_code> lastError() {
@@ -87,7 +88,7 @@ std::expected<void, std::error_code> writeTemporary(int directory, const std::st
   return {};
 }
 
-std::expected<std::string, std::error_code> readAll(int descriptor) {
+std::expected<std::string, std::error_code> readAll(int descriptor, std::size_t largest) {
   std::string content;
   std::array<char, 4096> block{};
   for (;;) {
@@ -95,7 +96,7 @@ std::expected<std::string, std::error_code> readAll(int descriptor) {
     if (count == 0) return content;
     if (count < 0 && errno != EINTR) return lastError();
     if (count > 0) content.append(block.data(), static_cast<std::size_t>(count));
-    if (content.size() > kLargestFile) return std::unexpected(std::make_error_code(std::errc::file_too_large));
+    if (content.size() > largest) return std::unexpected(std::make_error_code(std::errc::file_too_large));
   }
 }
 
@@ -141,7 +142,7 @@ std::expected<void, std::error_code> removeFile(const fs::path& path) {
   return {};
 }
 
-std::expected<std::optional<std::string>, std::error_code> readPrivateFile(const fs::path& path) {
+FileContent readPrivateFile(const fs::path& path, std::size_t largest) {
   // Without O_NONBLOCK a pipe of that name would hold the caller until somebody writes into it.
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (!file.isOpen() && errno == ENOENT) return std::nullopt;
@@ -151,7 +152,20 @@ std::expected<std::optional<std::string>, std::error_code> readPrivateFile(const
   if (!S_ISREG(status.st_mode)) return std::unexpected(std::make_error_code(std::errc::invalid_argument));
   // A medium that knows no modes or is read-only must not keep anyone from what it holds.
   if ((status.st_mode & kOthers) != 0) static_cast<void>(::fchmod(file.number(), 0600));
-  return readAll(file.number());
+  return readAll(file.number(), largest);
+}
+
+std::expected<std::optional<fs::path>, std::error_code> setAsideIf(
+    const fs::path& path, const std::function<bool(const FileContent&)>& isBad) {
+  const LockedDirectory directory(path.parent_path());
+  if (!directory.isOpen()) return lastError();
+  if (!isBad(readPrivateFile(path, std::numeric_limits<std::size_t>::max()))) return std::nullopt;
+  for (int number = 1;; ++number) {
+    fs::path aside = path;
+    aside += number == 1 ? ".corrupt" : ".corrupt-" + std::to_string(number);
+    if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, aside.c_str(), RENAME_NOREPLACE) == 0) return aside;
+    if (errno != EEXIST) return lastError();
+  }
 }
 
 std::expected<void, std::error_code> makePrivateDirectory(const fs::path& directory) {

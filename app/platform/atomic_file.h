@@ -4,8 +4,10 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <expected>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,9 +27,17 @@ std::expected<void, std::error_code> replaceFile(const std::filesystem::path& pa
 /// that is not there is no failure.
 std::expected<void, std::error_code> removeFile(const std::filesystem::path& path);
 
-/// The whole content, or nothing when there is no such file. Takes away on the way what others may do with the file, as
-/// far as the file system lets it. Only regular files of up to 1 MiB are read, and a symbolic link is refused.
-std::expected<std::optional<std::string>, std::error_code> readPrivateFile(const std::filesystem::path& path);
+/// The whole content, or nothing when there is no such file.
+using FileContent = std::expected<std::optional<std::string>, std::error_code>;
+
+/// Takes away on the way what others may do with the file, as far as the file system lets it. Only regular files of up
+/// to `largest` bytes are read, and a symbolic link is refused.
+FileContent readPrivateFile(const std::filesystem::path& path, std::size_t largest = 1 << 20);
+
+/// Keeps a file that is of no use out of the way under another name, "NAME.corrupt" or with a number behind it, and
+/// returns that. Nothing when `isBad`, asked while nobody can replace the file, finds it good after all.
+std::expected<std::optional<std::filesystem::path>, std::error_code> setAsideIf(
+    const std::filesystem::path& path, const std::function<bool(const FileContent&)>& isBad);
 
 /// Makes the folder and its missing parents for this user alone (0700), and takes away what others may do in the
 /// folder when it exists already. Give it only folders that belong to the application.

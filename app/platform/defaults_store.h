@@ -24,7 +24,7 @@ using Dictionary = std::map<std::string, std::string, std::less<>>;
 using DefaultsValue = std::variant<bool, std::string, Data, Dictionary>;
 
 /// Small values by key that outlive the program, each in one of four forms. Main thread only; every call is done when
-/// it returns, so what `set` acknowledged is there after a kill. Keys are never empty.
+/// it returns, so what `set` acknowledged is there after a kill. Keys begin with a letter.
 class DefaultsStore {
  public:
   virtual ~DefaultsStore() = default;
