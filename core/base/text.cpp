@@ -4,6 +4,8 @@
 
 #include <utf8proc.h>
 
+#include <array>
+
 namespace varnel::base {
 
 namespace {
@@ -16,17 +18,6 @@ const utf8proc_uint8_t* bytesOf(std::string_view text) {
   return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
 }
 
-/// The last code point of a text that is not empty.
-CodePoint lastCodePoint(std::string_view text) {
-  constexpr std::size_t kLongest = 4;
-  std::size_t start = text.size() - 1;
-  while (start > 0 && text.size() - start < kLongest && (static_cast<unsigned char>(text[start]) & 0xC0U) == 0x80)
-    --start;
-  const CodePoint found = firstCodePoint(text.substr(start));
-  if (start + found.length == text.size()) return found;
-  return {.value = static_cast<unsigned char>(text.back()), .length = 1};
-}
-
 }  // namespace
 
 CodePoint firstCodePoint(std::string_view text) {
@@ -37,6 +28,24 @@ CodePoint firstCodePoint(std::string_view text) {
   return {.value = static_cast<char32_t>(value), .length = static_cast<std::size_t>(length)};
 }
 
+CodePoint lastCodePoint(std::string_view text) {
+  constexpr std::size_t kLongest = 4;
+  std::size_t start = text.size() - 1;
+  while (start > 0 && text.size() - start < kLongest && (static_cast<unsigned char>(text[start]) & 0xC0U) == 0x80)
+    --start;
+  const CodePoint found = firstCodePoint(text.substr(start));
+  if (start + found.length == text.size()) return found;
+  return {.value = static_cast<unsigned char>(text.back()), .length = 1};
+}
+
+std::string utf8(char32_t c) {
+  constexpr char32_t kReplacement = U'\uFFFD';
+  if (!utf8proc_codepoint_valid(static_cast<utf8proc_int32_t>(c))) c = kReplacement;
+  std::array<utf8proc_uint8_t, 4> bytes{};
+  const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(c), bytes.data());
+  return {bytes.begin(), bytes.begin() + length};
+}
+
 bool isHorizontalSpace(char32_t c) {
   if (c < 0x80) return c == U' ' || c == U'\t';
   return utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS;
@@ -45,6 +54,12 @@ bool isHorizontalSpace(char32_t c) {
 bool isWhiteSpace(char32_t c) {
   if (c < 0x80) return c == U' ' || (c >= U'\t' && c <= U'\r');
   return c == 0x85 || c == 0x2028 || c == 0x2029 || isHorizontalSpace(c);
+}
+
+bool isPunctuation(char32_t c) {
+  if (c < 0x80) return (c > 0x20 && c < '0') || (c > '9' && c < 'A') || (c > 'Z' && c < 'a') || (c > 'z' && c < 0x7F);
+  const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(c));
+  return category >= UTF8PROC_CATEGORY_PC && category <= UTF8PROC_CATEGORY_SO;
 }
 
 std::string_view trim(std::string_view text) {
