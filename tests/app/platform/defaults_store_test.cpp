@@ -22,15 +22,15 @@ namespace fs = std::filesystem;
 class DefaultsFileStoreTest : public ::testing::Test {
  protected:
   DefaultsFileStore open() {
-    return DefaultsFileStore(m_folder, [this](const std::string& text) { m_warnings.push_back(text); });
+    return DefaultsFileStore(folder, [this](const std::string& text) { warnings.push_back(text); });
   }
   void overwrite(const std::string& key, const std::string& bytes) {
-    std::ofstream(m_folder / key, std::ios::trunc | std::ios::binary) << bytes;
+    std::ofstream(folder / key, std::ios::trunc | std::ios::binary) << bytes;
   }
 
-  testing::TemporaryDirectory m_directory;
-  fs::path m_folder = m_directory.path() / "defaults";
-  std::vector<std::string> m_warnings;
+  testing::TemporaryDirectory directory;
+  fs::path folder = directory.path() / "defaults";
+  std::vector<std::string> warnings;
 };
 
 TEST_F(DefaultsFileStoreTest, KeepsEveryFormAcrossRunsAndTellsThemApart) {
@@ -58,7 +58,7 @@ TEST_F(DefaultsFileStoreTest, KeepsEveryFormAcrossRunsAndTellsThemApart) {
   ASSERT_TRUE(store.remove("Varnel.Text"));
   ASSERT_TRUE(store.remove("Varnel.Text"));
   EXPECT_EQ(store.value("Varnel.Text"), std::nullopt);
-  EXPECT_TRUE(m_warnings.empty());
+  EXPECT_TRUE(warnings.empty());
 }
 
 TEST_F(DefaultsFileStoreTest, WhatCannotBeStoredLeavesTheOldValue) {
@@ -91,10 +91,10 @@ TEST_F(DefaultsFileStoreTest, SetsACorruptFileAsideAndGoesOn) {
     EXPECT_EQ(store.get<bool>("Varnel.Other"), true);
 
     const std::string aside = i == 0 ? "Varnel.Key.corrupt" : "Varnel.Key.corrupt-" + std::to_string(i + 1);
-    std::ifstream kept(m_folder / aside, std::ios::binary);
+    std::ifstream kept(folder / aside, std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), corrupt[i]) << aside;
-    ASSERT_EQ(m_warnings.size(), i + 1);
-    EXPECT_NE(m_warnings.back().find(aside), std::string::npos) << m_warnings.back();
+    ASSERT_EQ(warnings.size(), i + 1);
+    EXPECT_NE(warnings.back().find(aside), std::string::npos) << warnings.back();
   }
 }
 
@@ -126,7 +126,7 @@ TEST_F(DefaultsFileStoreTest, ProcessesThatWriteAtOnceLoseNoKeys) {
   std::vector<pid_t> children;
   for (int writer = 0; writer < kWriters; ++writer) {
     children.push_back(inChild([&] {
-      DefaultsFileStore store(m_folder);
+      DefaultsFileStore store(folder);
       for (int i = 0; i < kKeys; ++i) {
         const std::string key = "Varnel." + std::to_string(writer) + "." + std::to_string(i);
         if (!store.set(key, std::to_string(i)) || !store.set("Varnel.Shared", key)) ::_exit(1);
@@ -146,7 +146,7 @@ TEST_F(DefaultsFileStoreTest, ProcessesThatWriteAtOnceLoseNoKeys) {
     }
   }
   EXPECT_TRUE(store.get<std::string>("Varnel.Shared").has_value());
-  EXPECT_TRUE(m_warnings.empty());
+  EXPECT_TRUE(warnings.empty());
 }
 
 constexpr std::uint32_t kKillKeys = 3;
@@ -174,7 +174,7 @@ TEST_F(DefaultsFileStoreTest, AKillAtAnyMomentLosesNothingAcknowledged) {
   for (int round = 0; round < 200; ++round) {
     std::array<int, 2> pipe{};
     ASSERT_EQ(::pipe(pipe.data()), 0);
-    const pid_t child = inChild([&] { writeUntilKilled(m_folder, pipe[1]); });
+    const pid_t child = inChild([&] { writeUntilKilled(folder, pipe[1]); });
     ::close(pipe[1]);
     // So many writes, and a part of the next.
     std::uint32_t acknowledged = 0;
@@ -201,9 +201,9 @@ TEST_F(DefaultsFileStoreTest, AKillAtAnyMomentLosesNothingAcknowledged) {
       // The one after the last acknowledged may have been stored, its acknowledgement not.
       EXPECT_TRUE(number == last || number == acknowledged + 1) << number << " instead of " << last;
     }
-    fs::remove_all(m_folder);
+    fs::remove_all(folder);
   }
-  EXPECT_TRUE(m_warnings.empty());
+  EXPECT_TRUE(warnings.empty());
 }
 
 }  // namespace
