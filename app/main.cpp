@@ -15,6 +15,7 @@
 #include <cstdio>
 
 #include "app/model/app_model.h"
+#include "app/platform/defaults_store_memory.h"
 #include "app/screens/shell/shell_state.h"
 #include "app/ui/appearance.h"
 
@@ -103,7 +104,10 @@ varnel::model::CredentialStore forThisRun() {
 varnel::model::Surroundings surroundingsFor(const Options& options) {
   const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
   auto surroundings = varnel::model::systemSurroundings(directory.toStdString());
-  if (!options.pairFrom.isEmpty()) surroundings.credentialStore = forThisRun();
+  if (!options.pairFrom.isEmpty()) {
+    surroundings.credentialStore = forThisRun();
+    surroundings.defaults = std::make_shared<varnel::platform::MemoryDefaultsStore>();
+  }
   return surroundings;
 }
 

@@ -5,13 +5,14 @@
 #include <algorithm>
 
 #include "app/client/api_client.h"
+#include "core/live/link.h"
 
 namespace varnel::model {
 namespace {
 
-template <class Value>
-const Value& entryOf(const BySession<Value>& map, std::string_view sessionId) {
-  static const Value kEmpty{};
+template <class List>
+const List& entryOf(const BySession<List>& map, std::string_view sessionId) {
+  static const List kEmpty;
   const auto entry = map.find(sessionId);
   return entry == map.end() ? kEmpty : entry->second;
 }
@@ -27,8 +28,11 @@ bool refusesToken(const client::ClientError& error) {
 }  // namespace
 
 AppModel::AppModel(Surroundings surroundings, QObject* parent)
-    : QObject(parent), m_surroundings(std::move(surroundings)), m_credentials(m_surroundings.credentialStore.load()) {
-  m_client = std::make_unique<client::APIClient>(m_credentials);
+    : QObject(parent), m_surroundings(std::move(surroundings)) {
+  m_fields.credentials = m_surroundings.credentialStore.load();
+  m_client = std::make_unique<client::APIClient>(m_fields.credentials);
+  readSaved();
+  m_surroundings.liveActivities.restore();
 }
 
 AppModel::~AppModel() {
@@ -38,25 +42,20 @@ AppModel::~AppModel() {
 }
 
 const wire::SessionSummary* AppModel::session(std::string_view id) const {
-  const auto found = std::ranges::find(m_sessions, id, &wire::SessionSummary::id);
-  return found == m_sessions.end() ? nullptr : &*found;
+  const auto found = std::ranges::find(m_fields.sessions, id, &wire::SessionSummary::id);
+  return found == m_fields.sessions.end() ? nullptr : &*found;
 }
 
 const std::vector<wire::TranscriptItem>& AppModel::transcript(std::string_view sessionId) const {
-  return entryOf(m_transcript, sessionId);
+  return entryOf(m_fields.transcript, sessionId);
 }
 
 const std::vector<wire::PendingRequest>& AppModel::pendingRequests(std::string_view sessionId) const {
-  return entryOf(m_pendingRequests, sessionId);
-}
-
-std::optional<wire::ConversationPreferences> AppModel::preferences(std::string_view sessionId) const {
-  const auto entry = m_sessionPreferences.find(sessionId);
-  return entry == m_sessionPreferences.end() ? std::nullopt : std::optional(entry->second);
+  return entryOf(m_fields.pendingRequests, sessionId);
 }
 
 void AppModel::start() {
-  if (!m_credentials || m_started) return;
+  if (!m_fields.credentials || m_started) return;
   m_started = true;
   m_streamTask = std::stop_source();
   connectLoop(m_streamTask.get_token());
@@ -66,7 +65,11 @@ void AppModel::start() {
 void AppModel::stop() {
   m_started = false;
   m_streamTask.request_stop();
-  setConnected(false);
+  assign(m_fields.connected, false, &AppModel::connectedChanged);
+}
+
+void AppModel::pathChanged() {
+  m_path.request_stop();
 }
 
 void AppModel::report(const client::ClientError& error) {
@@ -78,39 +81,38 @@ void AppModel::report(const client::ClientError& error) {
 void AppModel::report(const QString& text) {
   const bool cut = text.size() > kLongestReport;
   const QString shown = cut ? text.left(kLongestReport - 1) + QChar(u'…') : text;
-  assign(m_errorMessage, std::optional(shown), &AppModel::errorMessageChanged);
+  assign(m_fields.errorMessage, std::optional(shown), &AppModel::errorMessageChanged);
 }
 
 void AppModel::clearErrorMessage() {
-  assign(m_errorMessage, std::optional<QString>(), &AppModel::errorMessageChanged);
+  assign(m_fields.errorMessage, std::optional<QString>(), &AppModel::errorMessageChanged);
 }
 
 void AppModel::selectSession(std::optional<std::string> sessionId) {
-  assign(m_selectedSessionId, std::move(sessionId), &AppModel::selectedSessionIdChanged);
+  assign(m_fields.selectedSessionId, std::move(sessionId), &AppModel::selectedSessionIdChanged);
 }
 
 void AppModel::noteToken(const client::ClientError* error) {
   if (!error) {
-    setTokenRefused(false);
+    assign(m_fields.tokenRefused, false, &AppModel::tokenRefusedChanged);
   } else if (refusesToken(*error)) {
-    setTokenRefused(true);
+    assign(m_fields.tokenRefused, true, &AppModel::tokenRefusedChanged);
   }
 }
 
 void AppModel::touchContact() {
-  assign(m_lastContact, std::optional(m_surroundings.clock.now()), &AppModel::lastContactChanged);
+  assign(m_fields.lastContact, std::optional(m_surroundings.clock.now()), &AppModel::lastContactChanged);
 }
 
-void AppModel::setConnected(bool connected) {
-  assign(m_connected, connected, &AppModel::connectedChanged);
+void AppModel::selectTranscriptItem(std::optional<std::string> itemId) {
+  assign(m_fields.selectedTranscriptItemId, std::move(itemId), &AppModel::selectedTranscriptItemIdChanged);
 }
 
-void AppModel::setRefreshed(bool refreshed) {
-  assign(m_refreshed, refreshed, &AppModel::refreshedChanged);
-}
-
-void AppModel::setTokenRefused(bool refused) {
-  assign(m_tokenRefused, refused, &AppModel::tokenRefusedChanged);
+void AppModel::handle(std::string_view url) {
+  auto link = live::parseLink(url);
+  if (!link) return;
+  selectSession(link->sessionId);
+  if (link->sessionId) loadSession(*std::move(link->sessionId));
 }
 
 }  // namespace varnel::model

@@ -7,13 +7,11 @@
 namespace varnel::model {
 namespace {
 
-/// Whether there was no such entry or another one.
+/// `put`, where the first entry of a conversation is a change too.
 template <class Value>
-bool replace(BySession<Value>& map, const std::string& sessionId, Value value) {
+bool putFor(BySession<Value>& map, const std::string& sessionId, Value value) {
   const auto [entry, isNew] = map.try_emplace(sessionId);
-  if (!isNew && entry->second == value) return false;
-  entry->second = std::move(value);
-  return true;
+  return put(entry->second, std::move(value)) || isNew;
 }
 
 }  // namespace
@@ -23,9 +21,9 @@ QCoro::Task<> AppModel::loadSession(std::string sessionId) {
 }
 
 QCoro::Task<> AppModel::loadSessionUntil(std::stop_token stop, std::string sessionId) {
-  const auto generation = m_loadGenerations.begin(sessionId);
+  const auto generation = m_sessionLoadGeneration.begin(sessionId);
   auto detail = co_await m_client->session(sessionId, stop);
-  if (stop.stop_requested() || !m_loadGenerations.isCurrent(sessionId, generation)) co_return;
+  if (stop.stop_requested() || !m_sessionLoadGeneration.isCurrent(sessionId, generation)) co_return;
   if (!accept(detail)) co_return;
   store(sessionId, live::updateFrom(std::move(*detail), m_optimisticMessages[sessionId]));
 }
@@ -35,13 +33,13 @@ void AppModel::store(const std::string& sessionId, live::SessionUpdate update) {
   bool transcriptDiffers = false;
   if (update.transcript) {
     m_optimisticMessages[sessionId] = std::move(update.transcript->remainingOptimistic);
-    transcriptDiffers = replace(m_transcript, sessionId, std::move(update.transcript->items));
+    transcriptDiffers = putFor(m_fields.transcript, sessionId, std::move(update.transcript->items));
   }
   bool requestsDiffer = false;
   if (update.pendingRequests) {
-    requestsDiffer = replace(m_pendingRequests, sessionId, std::move(*update.pendingRequests));
+    requestsDiffer = putFor(m_fields.pendingRequests, sessionId, std::move(*update.pendingRequests));
   }
-  const bool sessionsDiffer = update.session && live::place(m_sessions, std::move(*update.session));
+  const bool sessionsDiffer = update.session && live::place(m_fields.sessions, std::move(*update.session));
   if (update.contact) touchContact();
 
   if (transcriptDiffers) emit transcriptChanged(sessionId);

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
+#include <tuple>
 #include <utility>
 
 #include "app/client/api_client.h"
@@ -41,9 +42,9 @@ QCoro::Task<> AppModel::pair(QString qrText) {
     report(*failure);
     co_return;
   }
-  assign(m_credentials, std::optional(*claimed), &AppModel::credentialsChanged);
-  setTokenRefused(false);
-  setRefreshed(false);
+  assign(m_fields.credentials, std::optional(*claimed), &AppModel::credentialsChanged);
+  assign(m_fields.tokenRefused, false, &AppModel::tokenRefusedChanged);
+  assign(m_fields.refreshed, false, &AppModel::refreshedChanged);
   start();
 }
 
@@ -52,25 +53,31 @@ void AppModel::unpair() {
   m_surroundings.credentialStore.remove();
   m_pairing.request_stop();
   m_pairing = std::stop_source();
-  assign(m_credentials, std::optional<wire::PairingCredentials>(), &AppModel::credentialsChanged);
   m_client->setCredentials(std::nullopt);
+  assign(m_fields.credentials, {}, &AppModel::credentialsChanged);
   forgetPairing();
+  for (const char* key : {preferencesKey, usageCacheKey}) std::ignore = m_surroundings.defaults->remove(key);
+  m_surroundings.usageResetNotifier.removePending();
+  for (const auto& forget : m_surroundings.onUnpair) forget();
 }
 
 void AppModel::forgetPairing() {
   m_optimisticMessages.clear();
-  m_loadGenerations.forgetAll();
-  const auto transcripts = std::exchange(m_transcript, {});
-  const auto requests = std::exchange(m_pendingRequests, {});
-  const auto preferences = std::exchange(m_sessionPreferences, {});
-  assign(m_sessions, {}, &AppModel::sessionsChanged);
-  assign(m_rateLimit, {}, &AppModel::rateLimitChanged);
-  assign(m_usage, {}, &AppModel::usageChanged);
+  m_sessionLoadGeneration.forgetAll();
+  const auto transcripts = std::exchange(m_fields.transcript, {});
+  const auto requests = std::exchange(m_fields.pendingRequests, {});
+  const auto preferences = std::exchange(m_fields.sessionPreferences, {});
+  assign(m_fields.sessions, {}, &AppModel::sessionsChanged);
+  assign(m_fields.rateLimit, {}, &AppModel::rateLimitChanged);
+  assign(m_fields.usage, {}, &AppModel::usageChanged);
+  assign(m_fields.archivedSessions, {}, &AppModel::archivedSessionsChanged);
+  assign(m_fields.archivedSessionIds, {}, &AppModel::archivedSessionIdsChanged);
+  assign(m_fields.searchResults, {}, &AppModel::searchResultsChanged);
   for (const auto& [sessionId, items] : transcripts) emit transcriptChanged(sessionId);
   for (const auto& [sessionId, list] : requests) emit pendingRequestsChanged(sessionId);
-  for (const auto& [sessionId, chosen] : preferences) emit preferencesChanged(sessionId);
-  setTokenRefused(false);
-  setRefreshed(false);
+  for (const auto& [sessionId, chosen] : preferences) emit sessionPreferencesChanged(sessionId);
+  assign(m_fields.tokenRefused, false, &AppModel::tokenRefusedChanged);
+  assign(m_fields.refreshed, false, &AppModel::refreshedChanged);
 }
 
 }  // namespace varnel::model

@@ -1,10 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
+#include <tuple>
+
 #include "app/client/api_client.h"
 #include "app/client/async.h"
 #include "app/model/app_model.h"
 #include "core/live/catalogue.h"
 #include "core/live/rate_limit.h"
+#include "core/live/reset_windows.h"
+#include "core/wire/codec.h"
 
 namespace varnel::model {
 
@@ -17,7 +21,7 @@ QCoro::Task<> AppModel::refreshRateLimit() {
 }
 
 QCoro::Task<> AppModel::refreshUntil(std::stop_token stop, bool includeRateLimit) {
-  if (!m_credentials) co_return;
+  if (!m_fields.credentials) co_return;
   if (includeRateLimit) refreshRateLimit();
 
   std::stop_source failed;
@@ -38,35 +42,48 @@ QCoro::Task<> AppModel::refreshUntil(std::stop_token stop, bool includeRateLimit
 
   auto sessions = co_await sessionsTask;
   if (stop.stop_requested()) co_return;
-  take(sessions, [this](auto& list) { assign(m_sessions, std::move(list), &AppModel::sessionsChanged); });
+  take(sessions, [this](auto& list) { assign(m_fields.sessions, std::move(list), &AppModel::sessionsChanged); });
 
   auto projects = co_await projectsTask;
   if (stop.stop_requested()) co_return;
-  take(projects, [this](auto& list) { assign(m_projects, std::move(list), &AppModel::projectsChanged); });
+  take(projects, [this](auto& list) { assign(m_fields.projects, std::move(list), &AppModel::projectsChanged); });
 
   auto models = co_await modelsTask;
   if (stop.stop_requested()) co_return;
-  take(models, [this](auto& list) { assign(m_models, live::parseModels(list.value()), &AppModel::modelsChanged); });
+  take(models,
+       [this](auto& list) { assign(m_fields.models, live::parseModels(list.value()), &AppModel::modelsChanged); });
 
   if (good && !stop.stop_requested()) {
-    setConnected(true);
+    assign(m_fields.connected, true, &AppModel::connectedChanged);
     touchContact();
   }
-  if (!stop.stop_requested()) setRefreshed(true);
+  if (!stop.stop_requested()) assign(m_fields.refreshed, true, &AppModel::refreshedChanged);
 }
 
 QCoro::Task<> AppModel::refreshRateLimitUntil(std::stop_token stop) {
   auto usage = co_await m_client->usage(std::nullopt, stop);
   if (stop.stop_requested()) co_return;
   if (accept(usage)) {
-    const auto window = live::shownWindow(*usage);
-    assign(m_usage, std::optional(std::move(*usage)), &AppModel::usageChanged);
-    assign(m_rateLimit, window, &AppModel::rateLimitChanged);
+    auto watched = live::windowsToWatch(*usage);
+    const auto shown = live::shownWindow(*usage);
+    if (const auto text = wire::encode(*usage)) {
+      std::ignore = m_surroundings.defaults->set(usageCacheKey, platform::Data{*text});
+    }
+    const bool usageDiffers = put(m_fields.usage, *std::move(usage));
+    const bool rateLimitDiffers = put(m_fields.rateLimit, shown);
+    if (usageDiffers) emit usageChanged();
+    if (rateLimitDiffers) emit rateLimitChanged();
+    if (stop.stop_requested()) co_return;
+    co_await m_surroundings.usageResetNotifier.schedule(std::move(watched));
     co_return;
   }
   auto fallback = co_await m_client->rateLimit(stop);
   if (stop.stop_requested() || !accept(fallback)) co_return;
-  assign(m_rateLimit, fallback->rateLimit, &AppModel::rateLimitChanged);
+  std::vector<wire::RateLimitWindow> watched;
+  if (fallback->rateLimit) watched.push_back(*fallback->rateLimit);
+  assign(m_fields.rateLimit, fallback->rateLimit, &AppModel::rateLimitChanged);
+  if (stop.stop_requested()) co_return;
+  co_await m_surroundings.usageResetNotifier.schedule(std::move(watched));
 }
 
 }  // namespace varnel::model

@@ -4,6 +4,7 @@
 
 #include "app/client/api_client.h"
 #include "app/model/app_model.h"
+#include "core/base/text.h"
 
 namespace varnel::model {
 namespace {
@@ -17,11 +18,11 @@ std::string freshOptimisticId() {
 QCoro::Task<bool> AppModel::sendMessage(std::string sessionId, std::string text,
                                         wire::ConversationPreferences preferences,
                                         std::vector<wire::UploadedAttachment> attachments, bool asGoal) {
-  const auto trimmed = QString::fromStdString(text).trimmed().toStdString();
+  const std::string trimmed(base::trimLines(text));
   if (trimmed.empty()) co_return false;
   const auto stop = m_pairing.get_token();
   const auto optimisticId = asGoal ? std::string() : showOptimistic(sessionId, trimmed);
-  setPreferences(sessionId, preferences);
+  setSessionPreferences(sessionId, preferences);
 
   auto sending = asGoal ? m_client->startGoal(sessionId, trimmed, preferences, std::move(attachments), stop)
                         : m_client->sendMessage(sessionId, trimmed, preferences, std::move(attachments), stop);
@@ -44,7 +45,7 @@ std::string AppModel::showOptimistic(const std::string& sessionId, const std::st
   item.role = "user";
   item.text = text;
   m_optimisticMessages[sessionId].push_back(item);
-  m_transcript[sessionId].push_back(item);
+  m_fields.transcript[sessionId].push_back(item);
   emit transcriptChanged(sessionId);
   return item.id;
 }
@@ -52,14 +53,17 @@ std::string AppModel::showOptimistic(const std::string& sessionId, const std::st
 void AppModel::removeOptimistic(const std::string& sessionId, const std::string& itemId) {
   const auto isIt = [&](const wire::TranscriptItem& item) { return item.id == itemId; };
   std::erase_if(m_optimisticMessages[sessionId], isIt);
-  if (std::erase_if(m_transcript[sessionId], isIt) > 0) emit transcriptChanged(sessionId);
+  if (std::erase_if(m_fields.transcript[sessionId], isIt) > 0) emit transcriptChanged(sessionId);
 }
 
-void AppModel::setPreferences(const std::string& sessionId, wire::ConversationPreferences preferences) {
-  const auto [entry, isNew] = m_sessionPreferences.try_emplace(sessionId);
-  if (!isNew && entry->second == preferences) return;
-  entry->second = std::move(preferences);
-  emit preferencesChanged(sessionId);
+QCoro::Task<> AppModel::clearActivity() {
+  const auto stop = m_pairing.get_token();
+  const auto cleared = co_await m_client->track(std::nullopt, false, "clear", stop);
+  if (stop.stop_requested()) co_return;
+  accept(cleared);
+  co_await m_surroundings.liveActivities.clear();
+  if (stop.stop_requested()) co_return;
+  co_await refreshUntil(stop, true);
 }
 
 }  // namespace varnel::model

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/model/surroundings.h"
 
+#include <QtGlobal>
 #include <memory>
 
 #include "app/client/async.h"
 #include "app/device/keychain_store.h"
+#include "app/platform/defaults_store_file.h"
 #include "app/platform/device_name.h"
 
 namespace varnel::model {
@@ -28,6 +30,10 @@ double secondsSince1970() {
   return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
+void warn(const std::string& sentence) {
+  qWarning("%s", sentence.c_str());
+}
+
 }  // namespace
 
 Surroundings systemSurroundings(const std::filesystem::path& directory) {
@@ -35,6 +41,7 @@ Surroundings systemSurroundings(const std::filesystem::path& directory) {
       .credentialStore = keychain(directory),
       .clock = {.now = secondsSince1970, .sleep = client::sleepFor},
       .deviceName = platform::deviceName,
+      .defaults = std::make_shared<platform::DefaultsFileStore>(directory / "defaults", warn),
   };
 }
 

@@ -6,12 +6,17 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 #include "app/client/client_error.h"
+#include "app/platform/defaults_store.h"
+#include "core/wire/event.h"
 #include "core/wire/pairing.h"
+#include "core/wire/usage.h"
 
 /// What the application model needs from the system it runs on, as plain functions: a test hands in its own.
 namespace varnel::model {
@@ -32,10 +37,32 @@ struct Clock {
   std::function<client::Task<client::Result<void>>(std::chrono::milliseconds, std::stop_token)> sleep;
 };
 
+/// The lock screen's view of a tracked turn; none where these are left as they are.
+struct LiveActivities {
+  /// Takes up what the last run left there.
+  std::function<void()> restore = [] {};
+  std::function<client::Task<void>(wire::LiveEvent)> apply = [](auto) -> client::Task<void> { co_return; };
+  std::function<client::Task<void>()> clear = []() -> client::Task<void> { co_return; };
+};
+
+/// Reminders of the moment a limit resets; none where these are left as they are.
+struct UsageResetNotifier {
+  /// In place of all that was scheduled before.
+  std::function<client::Task<void>(std::vector<wire::RateLimitWindow>)> schedule = [](auto) -> client::Task<void> {
+    co_return;
+  };
+  std::function<void()> removePending = [] {};
+};
+
 struct Surroundings {
   CredentialStore credentialStore;
   Clock clock;
-  std::function<std::string()> deviceName;  ///< how the bridge will name this device to its owner
+  std::function<std::string()> deviceName;            ///< how the bridge will name this device to its owner
+  std::shared_ptr<platform::DefaultsStore> defaults;  ///< never null
+  LiveActivities liveActivities = {};
+  UsageResetNotifier usageResetNotifier = {};
+  /// Called, in this order, at the end of every unpairing, for what belongs to a pairing and is kept elsewhere.
+  std::vector<std::function<void()>> onUnpair = {};
 };
 
 /// The real ones: the keychain store, the system's clocks and the machine's name. `directory` belongs to the

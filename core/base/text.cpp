@@ -18,6 +18,21 @@ const utf8proc_uint8_t* bytesOf(std::string_view text) {
   return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
 }
 
+template <class IsSpace>
+std::string_view trimWhere(std::string_view text, IsSpace isSpace) {
+  while (!text.empty()) {
+    const CodePoint first = firstCodePoint(text);
+    if (!isSpace(first.value)) break;
+    text.remove_prefix(first.length);
+  }
+  while (!text.empty()) {
+    const CodePoint last = isAscii(text.back()) ? firstCodePoint(text.substr(text.size() - 1)) : lastCodePoint(text);
+    if (!isSpace(last.value)) break;
+    text.remove_suffix(last.length);
+  }
+  return text;
+}
+
 }  // namespace
 
 CodePoint firstCodePoint(std::string_view text) {
@@ -63,17 +78,11 @@ bool isPunctuation(char32_t c) {
 }
 
 std::string_view trim(std::string_view text) {
-  while (!text.empty()) {
-    const CodePoint first = firstCodePoint(text);
-    if (!isHorizontalSpace(first.value)) break;
-    text.remove_prefix(first.length);
-  }
-  while (!text.empty()) {
-    const CodePoint last = isAscii(text.back()) ? firstCodePoint(text.substr(text.size() - 1)) : lastCodePoint(text);
-    if (!isHorizontalSpace(last.value)) break;
-    text.remove_suffix(last.length);
-  }
-  return text;
+  return trimWhere(text, isHorizontalSpace);
+}
+
+std::string_view trimLines(std::string_view text) {
+  return trimWhere(text, isWhiteSpace);
 }
 
 std::string_view firstCharacter(std::string_view text) {

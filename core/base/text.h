@@ -31,6 +31,9 @@ bool isPunctuation(char32_t c);
 /// Without horizontal space at both ends, code point by code point.
 std::string_view trim(std::string_view text);
 
+/// Without white space at both ends, line ends included.
+std::string_view trimLines(std::string_view text);
+
 /// The first user-perceived character (extended grapheme cluster) of a text that is not empty.
 std::string_view firstCharacter(std::string_view text);
 

@@ -4,8 +4,11 @@
 
 #include <cstdint>
 #include <expected>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -55,10 +58,35 @@ struct Codec<JSONValue> {
   static bool write(Writer& out, const JSONValue& value);
 };
 
-template <>
-struct Codec<JSONValue::Object> {
-  static bool read(Reader& in, JSONValue::Object& out);
-  static bool write(Writer& out, const JSONValue::Object& value);
+/// An object whose member names are data. Of a key that stands twice the later one holds.
+template <class T>
+struct Codec<std::map<std::string, T, std::less<>>> {
+  static bool read(Reader& in, std::map<std::string, T, std::less<>>& out) {
+    out.clear();
+    if (!in.enterObject()) return false;
+    for (bool more = true;;) {
+      std::string_view key;
+      if (!in.nextMember(key, more)) return false;
+      if (!more) return true;
+      // The key's text may be gone once the value is read.
+      auto entry = out.insert_or_assign(std::string(key), T()).first;
+      if (!Codec<T>::read(in, entry->second)) {
+        in.error().prependMember(excerpt(entry->first));
+        return false;
+      }
+    }
+  }
+  static bool write(Writer& out, const std::map<std::string, T, std::less<>>& value) {
+    if (!out.beginObject()) return false;
+    for (const auto& [key, member] : value) {
+      if (!out.key(key)) return false;
+      if (!Codec<T>::write(out, member)) {
+        out.error().prependMember(excerpt(key));
+        return false;
+      }
+    }
+    return out.endObject();
+  }
 };
 
 /// Keeps the text, checked in full, in place of the tree.

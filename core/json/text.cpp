@@ -12,22 +12,6 @@ bool Writer::isUtf8(std::string_view text) {
   return simdjson::validate_utf8(text.data(), text.size());
 }
 
-bool Codec<JSONValue::Object>::read(Reader& in, JSONValue::Object& out) {
-  out.clear();
-  if (!in.enterObject()) return false;
-  for (bool more = true;;) {
-    std::string_view key;
-    if (!in.nextMember(key, more)) return false;
-    if (!more) return true;
-    // The key's text may be gone once the value is read.
-    auto entry = out.insert_or_assign(std::string(key), JSONValue()).first;
-    if (!Codec<JSONValue>::read(in, entry->second)) {
-      in.error().prependMember(excerpt(entry->first));
-      return false;
-    }
-  }
-}
-
 bool Codec<JSONValue>::read(Reader& in, JSONValue& out) {
   Kind kind{};
   if (!in.peek(kind)) return false;
@@ -52,18 +36,6 @@ bool Codec<JSONValue>::read(Reader& in, JSONValue& out) {
       return readAs(JSONValue::Array());
   }
   return false;
-}
-
-bool Codec<JSONValue::Object>::write(Writer& out, const JSONValue::Object& value) {
-  if (!out.beginObject()) return false;
-  for (const auto& [key, member] : value) {
-    if (!out.key(key)) return false;
-    if (!Codec<JSONValue>::write(out, member)) {
-      out.error().prependMember(excerpt(key));
-      return false;
-    }
-  }
-  return out.endObject();
 }
 
 bool Codec<JSONValue>::write(Writer& out, const JSONValue& value) {

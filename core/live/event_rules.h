@@ -11,6 +11,12 @@
 /// What an event of the stream calls for.
 namespace varnel::live {
 
+/// Let the live activity judge the event.
+struct ApplyToActivity {
+  wire::LiveEvent event;
+  bool operator==(const ApplyToActivity&) const = default;
+};
+
 /// Re-read the lists: conversations, projects, models.
 struct RefreshLists {
   bool includeRateLimit = false;
@@ -26,10 +32,10 @@ struct LoadSession {
   bool operator==(const LoadSession&) const = default;
 };
 
-using EventAction = std::variant<RefreshLists, RefreshRateLimit, LoadSession>;
+using EventAction = std::variant<ApplyToActivity, RefreshLists, RefreshRateLimit, LoadSession>;
 
 /// The actions for one event, to be performed in this order, each to its end. Types that are not known call for
-/// nothing but the reload of the conversation they name.
-std::vector<EventAction> actionsFor(const wire::LiveEvent& event);
+/// no request but the reload of the conversation they name.
+std::vector<EventAction> actionsFor(wire::LiveEvent event);
 
 }  // namespace varnel::live

@@ -12,4 +12,7 @@ VARNEL_RECORD(ConversationTokenUsage)
 VARNEL_RECORD(SessionSummary)
 VARNEL_RECORD(SessionsEnvelope)
 
+template std::expected<PreferencesBySession, json::DecodeError> decode<PreferencesBySession>(std::string_view);
+template std::expected<std::string, json::DecodeError> encode<PreferencesBySession>(const PreferencesBySession&);
+
 }  // namespace varnel::wire

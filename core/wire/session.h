@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -26,6 +28,9 @@ struct ConversationPreferences {
   std::optional<std::string> serviceTier;
 };
 bool operator==(const ConversationPreferences&, const ConversationPreferences&);
+
+/// What a device keeps of its user's choices: an object of the conversations' ids.
+using PreferencesBySession = std::map<std::string, ConversationPreferences, std::less<>>;
 
 struct ConversationPlanStep {
   std::string step;

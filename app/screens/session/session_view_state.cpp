@@ -19,7 +19,7 @@ SessionViewState::SessionViewState(model::AppModel& model, const QString& sessio
     emit composerChanged();
   });
   connect(&model, &model::AppModel::modelsChanged, this, &SessionViewState::composerChanged);
-  connect(&model, &model::AppModel::preferencesChanged, this, &SessionViewState::composerChanged);
+  connect(&model, &model::AppModel::sessionPreferencesChanged, this, &SessionViewState::composerChanged);
   connect(&model, &model::AppModel::transcriptChanged, this, [this](const std::string& id) {
     if (id == m_sessionId) updateRows();
   });

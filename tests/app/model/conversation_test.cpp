@@ -73,7 +73,7 @@ TEST_F(Conversation, AFailedLoadIsSilentAndChangesNothing) {
 TEST_F(Conversation, ASentMessageShowsAtOnceAndIsReplacedByItsEcho) {
   bridge.expect("POST", kMessages, Script::silence());
   auto sending = send(" \n\thello\u00a0 \r\n");
-  EXPECT_THAT(log, ElementsAre("transcript s", "preferences s")) << "before anything was sent";
+  EXPECT_THAT(log, ElementsAre("transcript s", "sessionPreferences s")) << "before anything was sent";
   ASSERT_EQ(model->transcript("s").size(), 1U);
   const auto& shown = model->transcript("s")[0];
   EXPECT_THAT(shown.id, testing::MatchesRegex("optimistic-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"));
@@ -135,7 +135,7 @@ TEST_F(Conversation, AGoalIsNotShownButLoadsTheConversation) {
   bridge.expect("POST", kGoal, Script::json(200, "{}"));
   expectGet(kDetail, answers::detail({answers::item("1", "user", "aim")}));
   EXPECT_TRUE(await(send("aim", true)));
-  EXPECT_THAT(log, ElementsAre("preferences s", "POST /v1/sessions/s/goal", "GET /v1/sessions/s", "lastContact",
+  EXPECT_THAT(log, ElementsAre("sessionPreferences s", "POST /v1/sessions/s/goal", "GET /v1/sessions/s", "lastContact",
                                "transcript s", "pendingRequests s"));
 
   bridge.expect("POST", kGoal, Script::json(500, R"({"error":"no"})"));

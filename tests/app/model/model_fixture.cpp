@@ -110,6 +110,7 @@ Surroundings ModelTest::surroundings() {
           .sleep = [this](auto duration, auto stop) { return fakeSleep(clock, duration, std::move(stop)); },
       },
       .deviceName = [] { return std::string("Test phone"); },
+      .defaults = defaults,
   };
 }
 
@@ -149,7 +150,7 @@ void ModelTest::watch() {
   QObject::connect(object, &AppModel::usageChanged, object, note("usage"));
   QObject::connect(object, &AppModel::transcriptChanged, object, noteId("transcript"));
   QObject::connect(object, &AppModel::pendingRequestsChanged, object, noteId("pendingRequests"));
-  QObject::connect(object, &AppModel::preferencesChanged, object, noteId("preferences"));
+  QObject::connect(object, &AppModel::sessionPreferencesChanged, object, noteId("sessionPreferences"));
   QObject::connect(object, &AppModel::connectedChanged, object,
                    [this] { log.emplace_back(model->isConnected() ? "connected" : "disconnected"); });
   QObject::connect(object, &AppModel::tokenRefusedChanged, object,

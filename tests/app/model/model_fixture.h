@@ -15,6 +15,7 @@
 #include "app/client/api_client.h"
 #include "app/client/async.h"
 #include "app/model/app_model.h"
+#include "app/platform/defaults_store_memory.h"
 #include "tests/support/fake_bridge.h"
 #include "tests/support/waiting.h"
 
@@ -74,6 +75,7 @@ class ModelTest : public testing::Test {
   std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
   std::optional<wire::PairingCredentials> stored;
   std::optional<QString> saveFailure;
+  std::shared_ptr<platform::MemoryDefaultsStore> defaults = std::make_shared<platform::MemoryDefaultsStore>();
   std::vector<std::string> log;  ///< requests that reached the bridge and changes, in order
   std::unique_ptr<AppModel> model;
 

@@ -13,16 +13,18 @@ struct Case {
   std::string name;
   std::string type;
   std::optional<std::string> sessionId;
-  std::vector<EventAction> actions;
+  std::vector<EventAction> requests;
 };
 
 class EventRules : public testing::TestWithParam<Case> {};
 
 TEST_P(EventRules, CallForTheseActionsInThisOrder) {
-  const auto& [name, type, sessionId, actions] = GetParam();
+  const auto& [name, type, sessionId, requests] = GetParam();
   wire::LiveEvent event;
   event.type = type;
   event.sessionId = sessionId;
+  auto actions = requests;
+  if (type != "snapshot.required") actions.insert(actions.begin(), ApplyToActivity{event});
   EXPECT_TRUE(actionsFor(event) == actions);
 }
 
