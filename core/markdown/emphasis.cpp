@@ -41,8 +41,15 @@ Delimiter delimiterAt(std::string_view text, std::size_t at) {
   const char marker = text[at];
   const std::size_t end = std::min(text.find_first_not_of(marker, at), text.size());
   const std::size_t length = end - at;
-  const auto before = at == 0 ? Neighbour::Space : kindOf(base::lastCodePoint(text.substr(0, at)).value);
-  const auto after = end == text.size() ? Neighbour::Space : kindOf(base::firstCodePoint(text.substr(end)).value);
+  std::string_view front = text.substr(0, at);
+  std::string_view back = text.substr(end);
+  if (marker != '~') {
+    // Marks of strikethrough between these and a word do not part them.
+    front = front.substr(0, front.find_last_not_of('~') + 1);
+    back.remove_prefix(std::min(back.find_first_not_of('~'), back.size()));
+  }
+  const auto before = front.empty() ? Neighbour::Space : kindOf(base::lastCodePoint(front).value);
+  const auto after = back.empty() ? Neighbour::Space : kindOf(base::firstCodePoint(back).value);
   const bool leftFlanking =
       after == Neighbour::Other || (after == Neighbour::Punctuation && before != Neighbour::Other);
   const bool rightFlanking =
