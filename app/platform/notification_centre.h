@@ -21,11 +21,8 @@ struct Notification {
   std::string title;
   std::string body;
   Urgency urgency = Urgency::Normal;
-  bool sound = false;           ///< the system's own for `category`
-  bool resident = false;        ///< stays when one of its actions was used, until it is removed
-  bool silentUpdate = false;    ///< replaces what stands there without showing up again
-  bool outlivesSender = false;  ///< for a program that ends right after
-  std::string category;         ///< a name of the desktop's own list, such as "im.received"; empty for none
+  bool sound = false;     ///< the system's own for what is new
+  bool resident = false;  ///< stays when one of its actions was used, until it is removed
   std::vector<Action> actions;
 
   bool operator==(const Notification&) const = default;
@@ -40,8 +37,8 @@ struct NotificationCapabilities {
 };
 
 /// Where this device shows notifications. The application names each by an id of its own choosing, which holds across
-/// runs: what an earlier run posted can be replaced and removed. Main thread; no call waits, and what cannot be shown
-/// is dropped.
+/// runs: what an earlier run posted can be replaced and removed. Main thread; no call waits. What cannot be shown for
+/// want of a server is shown when there is one.
 class NotificationCentre : public QObject {
   Q_OBJECT
 
@@ -53,7 +50,7 @@ class NotificationCentre : public QObject {
   virtual void remove(const std::string& id) = 0;
   /// Nothing while no server answers.
   [[nodiscard]] virtual std::optional<NotificationCapabilities> capabilities() const = 0;
-  /// The ids that stand, as far as this device tells: sorted, those of earlier runs included.
+  /// The ids that stand, those of earlier runs included, as far as this device tells.
   [[nodiscard]] virtual std::vector<std::string> posted() const = 0;
 
  signals:

@@ -39,7 +39,7 @@ TEST_F(DefaultsFileStoreTest, KeepsEveryFormAcrossRunsAndTellsThemApart) {
       {"Varnel.Text", std::string("fr-CA")},
       {"Varnel.Empty", std::string()},
       {"Varnel.Data", Data{std::string("\0\xff\nvarnel data 3\n{", 18)}},
-      {"Varnel.Dictionary", Dictionary{{"a \"key\"\n", "é"}, {"", ""}}},
+      {"Varnel.Dictionary", Dictionary{{R"(a "key")", "é"}, {"", ""}}},
       {"Varnel.None", Dictionary{}},
       {"Varnel/../Odd", true},
   };
