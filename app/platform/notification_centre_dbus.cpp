@@ -78,8 +78,8 @@ QDBusMessage notifyCall(const Notification& notification, std::uint32_t replaces
   return call;
 }
 
-DBusNotificationCentre::DBusNotificationCentre(const QDBusConnection& bus, DefaultsStore& store, QObject* parent)
-    : NotificationCentre(parent), m_bus(bus), m_store(store) {
+DBusNotificationCentre::DBusNotificationCentre(QDBusConnection bus, DefaultsStore& store, QObject* parent)
+    : NotificationCentre(parent), m_bus(std::move(bus)), m_store(store) {
   m_bus.connect(kService, kPath, kService, QStringLiteral("ActionInvoked"), this, SLOT(onActionInvoked(uint, QString)));
   m_bus.connect(kService, kPath, kService, QStringLiteral("NotificationClosed"), this,
                 SLOT(onNotificationClosed(uint, uint)));
@@ -130,13 +130,13 @@ QCoro::Task<> DBusNotificationCentre::meetServer() {
   const QPointer<DBusNotificationCentre> self(this);
   const QDBusMessage answer = co_await m_bus.asyncCall(serverCall(QStringLiteral("GetCapabilities")));
   const QDBusReply<QStringList> abilities = answer;
-  if (!self || !abilities.isValid()) co_return;
+  if (self.isNull() || !abilities.isValid()) co_return;
   auto ask = busCall(QStringLiteral("GetNameOwner"));
   ask << kService;
   const QDBusReply<QString> owner = co_await m_bus.asyncCall(ask);
-  if (!self || !owner.isValid()) co_return;
+  if (self.isNull() || !owner.isValid()) co_return;
   const QDBusReply<QString> bus = co_await m_bus.asyncCall(busCall(QStringLiteral("GetId")));
-  if (!self || !bus.isValid() || owner.value() != answer.service()) co_return;
+  if (self.isNull() || !bus.isValid() || owner.value() != answer.service()) co_return;
 
   const QStringList list = abilities.value();
   m_hasMarkup = list.contains(QLatin1String("body-markup"));
@@ -178,7 +178,7 @@ void DBusNotificationCentre::send(const std::string& id, Entry& entry) {
 QCoro::Task<> DBusNotificationCentre::finishSending(std::string id, QDBusPendingCall call) {
   const QPointer<DBusNotificationCentre> self(this);
   const QDBusReply<uint> reply = co_await call;
-  if (!self) co_return;
+  if (self.isNull()) co_return;
   const auto found = m_entries.find(id);
   if (found == m_entries.end()) co_return;
   Entry& entry = found->second;

@@ -25,7 +25,7 @@ class DBusNotificationCentre : public NotificationCentre {
 
  public:
   /// `store` outlives the centre.
-  DBusNotificationCentre(const QDBusConnection& bus, DefaultsStore& store, QObject* parent = nullptr);
+  DBusNotificationCentre(QDBusConnection bus, DefaultsStore& store, QObject* parent = nullptr);
 
   void post(const std::string& id, const Notification& notification) override;
   void remove(const std::string& id) override;

@@ -31,6 +31,7 @@ NotificationServer::~NotificationServer() {
   QDBusConnection::disconnectFromBus(m_name);
 }
 
+// NOLINTNEXTLINE(readability-function-size): the parameters are the interface's
 uint NotificationServer::Notify(const QString&, uint replaces, const QString&, const QString& title,
                                 const QString& body, const QStringList& actions, const QVariantMap& hints,
                                 int timeout) {

@@ -36,8 +36,10 @@ class NotificationServer : public QObject, protected QDBusContext {
   void touch(uint number, const QString& action);
   void dismiss(uint number);
 
+  // NOLINTBEGIN(readability-identifier-naming): the names are the interface's
  public slots:
   QStringList GetCapabilities() { return m_capabilities; }
+  // NOLINTNEXTLINE(readability-function-size): so are the parameters
   uint Notify(const QString& app, uint replaces, const QString& icon, const QString& title, const QString& body,
               const QStringList& actions, const QVariantMap& hints, int timeout);
   void CloseNotification(uint number);
@@ -45,6 +47,7 @@ class NotificationServer : public QObject, protected QDBusContext {
  signals:
   void ActionInvoked(uint number, const QString& action);
   void NotificationClosed(uint number, uint reason);
+  // NOLINTEND(readability-identifier-naming)
 
  private:
   QStringList m_capabilities;

@@ -34,6 +34,11 @@ class NotificationCentreTest : public ::testing::Test {
     start();
     ASSERT_TRUE(spinUntil([&] { return centre->capabilities().has_value(); }));
   }
+  /// Waits until the centre has kept the numbers of so many notifications.
+  bool keeps(std::size_t count) {
+    return spinUntil(
+        [&] { return store.get<Dictionary>("Varnel.PostedNotifications").value_or(Dictionary()).size() == count + 1; });
+  }
   bool logs(const QStringList& lines) {
     return spinUntil([&] { return server->log.size() >= lines.size(); }) && server->log == lines;
   }
@@ -94,8 +99,7 @@ TEST_F(NotificationCentreTest, TellsWhatAPersonDoesUnderItsOwnNames) {
   startAndMeet();
   centre->post("a", titled("A"));
   centre->post("b", titled("B"));
-  ASSERT_TRUE(spinUntil([&] { return server->shown.size() == 2; }));
-  ASSERT_TRUE(spinUntil([&] { return store.get<Dictionary>("Varnel.PostedNotifications")->size() == 3; }));
+  ASSERT_TRUE(keeps(2));
   server->touch(77, QStringLiteral("default"));
   server->touch(42, QStringLiteral("default"));
   server->dismiss(41);
@@ -107,8 +111,7 @@ TEST_F(NotificationCentreTest, TellsWhatAPersonDoesUnderItsOwnNames) {
 TEST_F(NotificationCentreTest, KnowsInTheNextRunWhatItPosted) {
   startAndMeet();
   for (const char* id : {"a", "b", "c"}) centre->post(id, titled(id));
-  ASSERT_TRUE(spinUntil(
-      [&] { return store.get<Dictionary>("Varnel.PostedNotifications").value_or(Dictionary()).size() == 4; }));
+  ASSERT_TRUE(keeps(3));
   server->log.clear();
   start();
   centre->remove("a");
@@ -121,7 +124,7 @@ TEST_F(NotificationCentreTest, KnowsInTheNextRunWhatItPosted) {
 TEST_F(NotificationCentreTest, TouchesNothingOfAnotherServerAndShowsItWhatStands) {
   startAndMeet();
   centre->post("a", titled("A"));
-  ASSERT_TRUE(spinUntil([&] { return !centre->posted().empty() && store.writes > 0; }));
+  ASSERT_TRUE(keeps(1));
   server.reset();
   ASSERT_TRUE(spinUntil([&] { return !centre->capabilities(); }));
   centre->post("b", titled("B"));
