@@ -5,7 +5,9 @@
 #include "tools/inspect/call.h"
 #include "tools/inspect/decode.h"
 #include "tools/inspect/events.h"
+#include "tools/inspect/markdown.h"
 #include "tools/inspect/subject.h"
+#include "tools/inspect/transcript.h"
 
 namespace varnel::inspect {
 
@@ -14,6 +16,11 @@ namespace {
 constexpr auto kSubjects = std::to_array<Subject>({
     {"decode", "RECORD", "JSON as that record, encoded again", Subject::Input::JSON, decodeConverter},
     {"pretty", "", "JSON as the application shows it, in a JSON string", Subject::Input::JSON, prettyConverter},
+    {"blocks", "", "the blocks of a message", Subject::Input::Text, blocksConverter},
+    {"inline", "", "the runs of a text within a block", Subject::Input::Text, inlineConverter},
+    {"rows", "", "the rows that a list of transcript items shows", Subject::Input::JSON, rowsConverter},
+    {"unread", "", R"(the first reply in "items", "after" an id or not among "knownItemIDs")", Subject::Input::JSON,
+     unreadConverter},
     {"call", "OPERATION [ARGS]", "one operation of a bridge; ARGS is a JSON object", Subject::Input::None, nullptr,
      runCall},
     {"events", "", "a bridge's events after --after N, one a line, --count K of them", Subject::Input::None, nullptr,

@@ -69,6 +69,43 @@ TEST(Pretty, IsAStringThatHoldsIt) {
   EXPECT_EQ(run({"pretty", "--lines"}, "null\n").out, "{\"ok\":\"null\"}\n");
 }
 
+TEST(Markdown, IsShownAsBlocksAndRuns) {
+  EXPECT_EQ(run({"blocks"}, "a\nb\n## c\n- d\n 1. e\n```x\n").out,
+            "[{\"kind\":\"paragraph\",\"text\":\"a\\nb\"},{\"kind\":\"heading\",\"level\":2,\"text\":\"c\"},"
+            "{\"kind\":\"unorderedList\",\"items\":[{\"text\":\"d\",\"indent\":0}]},"
+            "{\"kind\":\"orderedList\",\"items\":[{\"text\":\"e\",\"indent\":0,\"number\":1}]},"
+            "{\"kind\":\"code\",\"language\":\"x\",\"text\":\"\"}]\n");
+  EXPECT_EQ(run({"--lines", "blocks"}, "\"~~~\\n\\n~~~\\n> a\\n---\\na|b\\n---|---\\n|c\"\n\"\"\n7\n").out,
+            "{\"ok\":[{\"kind\":\"code\",\"text\":\"\"},{\"kind\":\"quote\",\"text\":\"a\"},{\"kind\":\"rule\"},"
+            "{\"kind\":\"table\",\"header\":[\"a\",\"b\"],\"rows\":[[\"c\"]]}]}\n{\"ok\":[]}\n"
+            "{\"error\":\"expected a string\"}\n");
+  EXPECT_EQ(run({"inline"}, "***~~a~~*** [`b`](c)").out,
+            "[{\"text\":\"a\",\"styles\":[\"emphasis\",\"strong\",\"strikethrough\"]},{\"text\":\" \",\"styles\":[]},"
+            "{\"text\":\"b\",\"styles\":[\"code\"],\"link\":\"c\"}]\n");
+  EXPECT_EQ(run({"inline"}).out, "[]\n");
+  const Ran refused = run({"inline"}, "a\xff");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.error, HasSubstr("not UTF-8"));
+}
+
+TEST(Transcript, IsShownAsRowsAndItsFirstUnreadReply) {
+  const std::string items = R"([{"id":"U","type":"t","timestamp":1,"role":"user"},{"id":"T","type":"t","timestamp":2},)"
+                            R"({"id":"A","type":"t","timestamp":3,"role":"assistant"}])";
+  const auto unread = [&](const std::string& rest) {
+    return run({"unread"}, QByteArray::fromStdString("{\"items\":" + items + rest + "}")).out;
+  };
+  EXPECT_EQ(run({"rows"}, QByteArray::fromStdString(items)).out,
+            "[{\"id\":\"U\",\"kind\":\"message\",\"items\":[\"U\"]},{\"id\":\"tools-T\",\"kind\":\"tools\",\"items\":["
+            "\"T\"]},"
+            "{\"id\":\"A\",\"kind\":\"message\",\"items\":[\"A\"]}]\n");
+  EXPECT_EQ(unread(R"(,"after":"U")"), "\"A\"\n");
+  EXPECT_EQ(unread(R"(,"after":null)"), "null\n");
+  EXPECT_EQ(unread(R"(,"after":"A")"), "null\n");
+  EXPECT_EQ(unread(R"(,"knownItemIDs":[])"), "\"A\"\n");
+  EXPECT_EQ(unread(R"(,"knownItemIDs":["A"])"), "null\n");
+  EXPECT_EQ(run({"rows"}, "[{}]").status, 1);
+}
+
 TEST(Usage, IsShownWithStatusTwo) {
   const std::vector<QStringList> wrong = {
       {},
