@@ -15,6 +15,7 @@
 #include <cstdio>
 
 #include "app/model/app_model.h"
+#include "app/notify.h"
 #include "app/platform/defaults_store_memory.h"
 #include "app/screens/shell/shell_state.h"
 #include "app/ui/appearance.h"
@@ -123,6 +124,7 @@ QString clipboardText() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  if (const auto code = varnel::notifyFromCommandLine(argc, argv)) return *code;
   QGuiApplication application(argc, argv);
   QGuiApplication::setApplicationName(QStringLiteral("varnel-app"));
   QGuiApplication::setApplicationDisplayName(QStringLiteral("Varnel"));
