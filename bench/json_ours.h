@@ -33,8 +33,10 @@ struct Row {
 
 /// Takes the body as the client hands it over.
 wire::SessionDetail detailByUs(std::string body);
-/// Rows for the last `most` items of the answer; all of it is decoded in any case.
-std::vector<Row> rowsByUs(std::string body, std::size_t most);
+/// Rows for all items, and the answer's other members into our records.
+std::vector<Row> rowsByUs(std::string body);
+/// The answer as our records, with rows for the last `most` items alone, which is what an application does.
+std::vector<Row> rowsOnScreenByUs(std::string body, std::size_t most);
 std::expected<wire::LiveEvent, json::DecodeError> eventByUs(std::string_view text);
 
 }  // namespace varnel::bench

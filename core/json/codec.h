@@ -30,7 +30,12 @@ struct Codec;
 
 template <>
 struct Codec<std::string> {
-  static bool read(Reader& in, std::string& out) { return in.readString(out); }
+  static bool read(Reader& in, std::string& out) {
+    std::string_view text;
+    if (!in.readText(text)) return false;
+    out = std::string(text);
+    return true;
+  }
   static bool write(Writer& out, const std::string& value) { return out.string(value); }
 };
 
@@ -110,8 +115,8 @@ struct Codec<RawObject> {
 template <>
 struct Codec<base::Url> {
   static bool read(Reader& in, base::Url& out) {
-    std::string text;
-    if (!in.readString(text)) return false;
+    std::string_view text;
+    if (!in.readText(text)) return false;
     const auto url = base::Url::parse(text);
     if (!url) return in.fail("not a URL");
     out = *url;
@@ -123,8 +128,8 @@ struct Codec<base::Url> {
 template <NamedEnum E>
 struct Codec<E> {
   static bool read(Reader& in, E& out) {
-    std::string text;
-    if (!in.readString(text)) return false;
+    std::string_view text;
+    if (!in.readText(text)) return false;
     const auto value = fromName<E>(text);
     if (!value) return in.fail("unknown value " + excerpt(text));
     out = *value;

@@ -6,12 +6,12 @@
 
 #include <array>
 #include <bitset>
-#include <charconv>
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include "core/base/text.h"
-#include "core/json/escape_scan.h"
+#include "core/json/block_scan.h"
 #include "core/json/excerpt.h"
 #include "core/json/number.h"
 #include "core/json/string_scan.h"
@@ -21,7 +21,6 @@ namespace varnel::json {
 namespace {
 
 using detail::Escape;
-using detail::skipPlain;
 
 /// Most events are; looking costs less than calling the library.
 bool isShortAscii(std::string_view text) {
@@ -54,8 +53,20 @@ constexpr std::string_view describe(Kind kind) {
 
 struct Reader::NumberToken {
   std::string_view text;
-  bool plainInteger = false;  ///< digits alone, few enough for 64 bits
+  bool negative = false;
   bool small = false;         ///< short and without an exponent, so that every double holds it
+  std::ptrdiff_t digits = 0;  ///< of which those after the point are
+  std::ptrdiff_t fraction = 0;
+  std::uint64_t decimal = 0;  ///< the value of the digits without the point, when 64 bits hold it
+
+  /// The double, where dividing two that are exact gives it.
+  [[nodiscard]] std::optional<double> quotient() const {
+    constexpr std::ptrdiff_t kExactDigits = 15;
+    if (!small || digits > kExactDigits) return std::nullopt;
+    constexpr std::array kPowers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
+    const double size = static_cast<double>(decimal) / kPowers[static_cast<std::size_t>(fraction)];
+    return negative ? -size : size;
+  }
 };
 
 Reader::Reader(std::string_view text) : m_begin(text.data()), m_position(m_begin), m_end(m_begin + text.size()) {
@@ -69,6 +80,8 @@ Reader::Reader(std::shared_ptr<const std::string> text) : Reader(std::string_vie
 bool Reader::fail(std::string reason) {
   if (!m_failed) m_error = {.path = {}, .reason = std::move(reason)};
   m_failed = true;
+  // Nothing is left to read.
+  m_position = m_end;
   return false;
 }
 
@@ -91,7 +104,6 @@ bool Reader::unexpected() {
 
 bool Reader::peek(Kind& kind) {
   skipSpace();
-  if (m_failed) return false;
   if (m_position == m_end) return unexpected();
   switch (*m_position) {
     case '{':
@@ -125,7 +137,6 @@ bool Reader::mismatch(std::string_view wanted) {
 
 bool Reader::expect(Kind wanted, char opening) {
   skipSpace();
-  if (m_failed) return false;
   if (m_position == m_end || *m_position != opening) return mismatch(describe(wanted));
   return true;
 }
@@ -144,7 +155,6 @@ bool Reader::readNull() {
 
 bool Reader::readBool(bool& out) {
   skipSpace();
-  if (m_failed) return false;
   out = m_position != m_end && *m_position == 't';
   if (out) return literal("true");
   return expect(Kind::Bool, 'f') && literal("false");
@@ -152,16 +162,18 @@ bool Reader::readBool(bool& out) {
 
 bool Reader::scanNumber(NumberToken& token) {
   const char* p = m_position;
-  const auto digits = [&p, this] {
+  const auto digits = [&p, &token, this] {
     const char* begin = p;
-    while (p != m_end && isDigit(*p)) ++p;
+    for (; p != m_end && isDigit(*p); ++p) token.decimal = token.decimal * 10 + static_cast<std::uint64_t>(*p - '0');
+    token.digits += p - begin;
     return p - begin;
   };
   const auto broken = [&p, this] {
     m_position = p;
     return unexpected();
   };
-  if (*p == '-') ++p;
+  token.negative = *p == '-';
+  if (token.negative) ++p;
   const char* integer = p;
   const auto integerDigits = digits();
   if (integerDigits == 0) return broken();
@@ -169,17 +181,15 @@ bool Reader::scanNumber(NumberToken& token) {
     p = integer + 1;
     return broken();
   }
-  constexpr std::ptrdiff_t kSafeDigits = 18;
-  token.plainInteger = integerDigits <= kSafeDigits;
   token.small = integerDigits < 300;
   if (p != m_end && *p == '.') {
     ++p;
-    token.plainInteger = false;
-    if (digits() == 0) return broken();
+    token.fraction = digits();
+    if (token.fraction == 0) return broken();
   }
   if (p != m_end && (*p == 'e' || *p == 'E')) {
     ++p;
-    token.plainInteger = token.small = false;
+    token.small = false;
     if (p != m_end && (*p == '+' || *p == '-')) ++p;
     if (digits() == 0) return broken();
   }
@@ -194,7 +204,8 @@ bool Reader::readDouble(double& out) {
   if (kind != Kind::Number) return mismatch("a number");
   NumberToken token;
   if (!scanNumber(token)) return false;
-  const auto value = doubleFromNumber(token.text);
+  const auto quotient = token.quotient();
+  const auto value = quotient ? quotient : doubleFromNumber(token.text);
   if (!value) return fail("number out of range");
   out = *value;
   return true;
@@ -206,8 +217,10 @@ bool Reader::readInteger(std::int64_t& out) {
   if (kind != Kind::Number) return mismatch("an integer");
   NumberToken token;
   if (!scanNumber(token)) return false;
-  if (token.plainInteger) {
-    std::from_chars(token.text.data(), token.text.data() + token.text.size(), out);
+  constexpr std::ptrdiff_t kSafeDigits = 18;
+  if (token.small && token.fraction == 0 && token.digits <= kSafeDigits) {
+    const auto size = static_cast<std::int64_t>(token.decimal);
+    out = token.negative ? -size : size;
     return true;
   }
   const IntegerResult result = integerFromNumber(token.text);
@@ -218,28 +231,31 @@ bool Reader::readInteger(std::int64_t& out) {
 }
 
 /// Finds the end of the string whose opening quote stands next and checks all of it; `raw` is what stands between the
-/// quotes. Most strings end before anything special comes up.
+/// quotes. Most strings are short and hold no escapes.
 inline bool Reader::scanString(std::string_view& raw, bool& escaped) {
   const char* begin = m_position + 1;
-  const char* p = skipPlain(begin, m_end);
-  escaped = p == m_end || *p != '"';
-  if (escaped && !scanEscaped(p)) return false;
+  const char* p = detail::skipPlainStart(begin, m_end);
+  escaped = false;
+  if ((p == m_end || *p != '"') && !scanRest(p, escaped)) return false;
   raw = {begin, p};
   m_position = p + 1;
   return true;
 }
 
-/// The rest of such a string, from its first special character to the closing quote.
-bool Reader::scanEscaped(const char*& p) {
-  for (;; p = skipPlain(p, m_end)) {
+/// The rest of such a string, from anywhere in it to the closing quote.
+bool Reader::scanRest(const char*& p, bool& escaped) {
+  for (;;) {
+    p = detail::skipBlocks(p, m_end, escaped);
+    if (p != m_end && *p != '"') p = detail::skipPlain(p, m_end);
     if (p == m_end) {
       m_position = p;
       return unexpected();
     }
     if (*p == '"') return true;
     if (*p != '\\') return failAt(p, "control character in a string");
+    escaped = true;
     if (m_end - p > 1 && detail::simpleEscape(p[1]) != 0) {
-      p = detail::skipCommonEscapes(p + 2, m_end);
+      p += 2;
       continue;
     }
     const Escape escape = detail::readUnicodeEscape(p, m_end);
@@ -249,16 +265,30 @@ bool Reader::scanEscaped(const char*& p) {
   }
 }
 
-bool Reader::readString(std::string& out) {
-  std::string_view raw;
+bool Reader::readText(std::string_view& out) {
   bool escaped = false;
-  if (!expect(Kind::String, '"') || !scanString(raw, escaped)) return false;
-  if (escaped) {
-    detail::unescape(raw, out);
-  } else {
-    out = std::string(raw);
-  }
+  if (!expect(Kind::String, '"') || !scanString(out, escaped)) return false;
+  if (escaped) out = resolved(out);
   return true;
+}
+
+/// What stands between the quotes of a string that was found right, its escapes resolved.
+std::string_view Reader::resolved(std::string_view raw) {
+  // No escape is shorter than what it stands for, so the result never overtakes the text.
+  constexpr std::size_t kSpare = 64;
+  m_resolved.resize_and_overwrite(raw.size() + kSpare, [raw, this](char* begin, std::size_t) {
+    const char* end = raw.data() + raw.size();
+    auto at = detail::resolveBlocks({.from = raw.data(), .to = begin}, end, m_end);
+    while (at.from != end) {
+      if (*at.from == '\\') {
+        detail::resolveEscape(at, end);
+      } else {
+        *at.to++ = *at.from++;
+      }
+    }
+    return static_cast<std::size_t>(at.to - begin);
+  });
+  return m_resolved;
 }
 
 bool Reader::enter() {
@@ -281,19 +311,20 @@ bool Reader::enterArray() {
   return expect(Kind::Array, '[') && enter();
 }
 
+inline bool Reader::colon() {
+  skipSpace();
+  if (m_position == m_end || *m_position != ':') return unexpected();
+  ++m_position;
+  return true;
+}
+
 bool Reader::readKey(std::string_view& key) {
   skipSpace();
   if (m_position == m_end || *m_position != '"') return unexpected();
   bool escaped = false;
   if (!scanString(key, escaped)) return false;
-  if (escaped) {
-    detail::unescape(key, m_key);
-    key = m_key;
-  }
-  skipSpace();
-  if (m_position == m_end || *m_position != ':') return unexpected();
-  ++m_position;
-  return true;
+  if (escaped) key = resolved(key);
+  return colon();
 }
 
 bool Reader::nextMember(std::string_view& key, bool& more) {
@@ -306,26 +337,34 @@ bool Reader::nextElement(bool& more) {
 }
 
 bool Reader::skipScalar() {
-  Kind kind{};
-  if (!peek(kind)) return false;
-  if (kind == Kind::String) {
-    std::string_view ignored;
-    bool escaped = false;
-    return scanString(ignored, escaped);
+  switch (*m_position) {
+    case '"': {
+      std::string_view ignored;
+      bool escaped = false;
+      return scanString(ignored, escaped);
+    }
+    case 'n':
+      return literal("null");
+    case 't':
+      return literal("true");
+    case 'f':
+      return literal("false");
+    default: {
+      if (*m_position != '-' && !isDigit(*m_position)) return unexpected();
+      NumberToken token;
+      if (!scanNumber(token)) return false;
+      return token.small || doubleFromNumber(token.text) || fail("number out of range");
+    }
   }
-  if (kind == Kind::Null) return literal("null");
-  if (kind == Kind::Bool) return literal(*m_position == 't' ? "true" : "false");
-  NumberToken token;
-  if (!scanNumber(token)) return false;
-  if (!token.small && !doubleFromNumber(token.text)) return fail("number out of range");
-  return true;
 }
 
-/// Moves to the next value of the container at hand, past a comma and a key; `more` is false when it ends instead.
-bool Reader::skipToValue(bool inObject, bool& more) {
-  if (!separator(inObject ? '}' : ']', more)) return false;
-  std::string_view key;
-  return !more || !inObject || readKey(key);
+/// Moves past a key and its colon.
+inline bool Reader::skipKey() {
+  skipSpace();
+  if (m_position == m_end || *m_position != '"') return unexpected();
+  std::string_view ignored;
+  bool escaped = false;
+  return scanString(ignored, escaped) && colon();
 }
 
 bool Reader::skipValue(std::string_view& text) {
@@ -333,16 +372,26 @@ bool Reader::skipValue(std::string_view& text) {
   const char* begin = m_position;
   const int outside = m_depth;
   std::bitset<kMaxDepth + 1> isObject;
-  bool more = true;
-  do {
-    if (m_depth > outside && !skipToValue(isObject[static_cast<std::size_t>(m_depth)], more)) return false;
-    if (!more) continue;
-    skipSpace();
-    const char opening = m_position == m_end ? '\0' : *m_position;
-    const bool opens = opening == '{' || opening == '[';
-    if (!(opens ? enter() : skipScalar())) return false;
-    if (opens) isObject[static_cast<std::size_t>(m_depth)] = opening == '{';
-  } while (m_depth > outside);
+  bool inObject = false;
+  for (bool more = true;;) {
+    if (more) {
+      if (inObject && !skipKey()) return false;
+      skipSpace();
+      if (m_position == m_end) return unexpected();
+      const bool opens = *m_position == '{' || *m_position == '[';
+      if (opens) {
+        inObject = *m_position == '{';
+        if (!enter()) return false;
+        isObject[static_cast<std::size_t>(m_depth)] = inObject;
+      } else if (!skipScalar()) {
+        return false;
+      }
+    } else {
+      inObject = isObject[static_cast<std::size_t>(m_depth)];
+    }
+    if (m_depth == outside) break;
+    if (!separator(inObject ? '}' : ']', more)) return false;
+  }
   text = {begin, m_position};
   return true;
 }

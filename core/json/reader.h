@@ -19,7 +19,7 @@ inline constexpr int kMaxDepth = 512;
 enum class Kind { Null, Bool, Number, String, Object, Array };
 
 /// A pull reader over one JSON text: the caller says what it wants next, the reader moves forward once and checks every
-/// byte it passes, those of skipped values too. Nothing is allocated but the strings that are asked for.
+/// byte it passes, those of skipped values too. Nothing is allocated for what holds no escapes.
 ///
 /// Every function returns false on the first failure, after which only `error` may be used. The text must outlive the
 /// reader and need not end in a NUL.
@@ -39,7 +39,8 @@ class Reader {
   bool readDouble(double& out);
   /// Numbers without a fraction, however they are written (`100`, `1.0`, `1e2`), within 64 bits; exact.
   bool readInteger(std::int64_t& out);
-  bool readString(std::string& out);
+  /// A string without its escapes; valid until the next call.
+  bool readText(std::string_view& out);
 
   /// An object is `enterObject`, then `nextMember` and a value in turn until it sets `more` to false. The key is valid
   /// until the next call.
@@ -89,8 +90,10 @@ class Reader {
   bool separator(char closing, bool& more);
   bool scanNumber(NumberToken& token);
   bool scanString(std::string_view& raw, bool& escaped);
-  bool scanEscaped(const char*& p);
-  bool skipToValue(bool inObject, bool& more);
+  bool scanRest(const char*& p, bool& escaped);
+  std::string_view resolved(std::string_view raw);
+  bool colon();
+  bool skipKey();
   bool skipScalar();
   bool enter();
   bool unexpected();
@@ -102,7 +105,7 @@ class Reader {
   int m_depth = 0;
   bool m_first = false;  ///< right after an opening bracket
   bool m_failed = false;
-  std::string m_key;                           ///< a key that held escapes
+  std::string m_resolved;                      ///< the last text that held escapes
   std::shared_ptr<const std::string> m_owner;  ///< of the whole text, when it may be shared
   DecodeError m_error;
 };
@@ -117,7 +120,6 @@ inline void Reader::skipSpace() {
 
 inline bool Reader::separator(char closing, bool& more) {
   skipSpace();
-  if (m_failed) return false;
   if (m_position == m_end) return unexpected();
   if (*m_position == closing) {
     ++m_position;

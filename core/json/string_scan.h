@@ -51,6 +51,21 @@ inline unsigned endsOfPlainRuns(__m128i v) {
 }
 #endif
 
+/// As far as the first quote, backslash or control character, the end, or 64 bytes: where most strings end.
+inline const char* skipPlainStart(const char* p, const char* end) {
+#if defined(__SSE2__)
+  for (const char* far = p + 64; end - p >= 16 && p != far; p += 16) {
+    __m128i v;
+    std::memcpy(&v, p, sizeof v);
+    const unsigned found = endsOfPlainRuns(v);
+    if (found != 0) return p + std::countr_zero(found);
+  }
+  return p;
+#else
+  return skipPlainPortable(p, end - p < 64 ? end : p + 64);
+#endif
+}
+
 /// The first quote, backslash or control character, or the end.
 inline const char* skipPlain(const char* p, const char* end) {
 #if defined(__SSE2__)
@@ -62,26 +77,6 @@ inline const char* skipPlain(const char* p, const char* end) {
   }
 #endif
   return skipPlainPortable(p, end);
-}
-
-/// `skipPlain` that copies what it passes to `to` and moving that along. May write as many bytes as are left of the
-/// text.
-inline const char* copyPlain(const char* p, const char* end, char*& to) {
-#if defined(__SSE2__)
-  for (; end - p >= 16; p += 16, to += 16) {
-    __m128i v;
-    std::memcpy(&v, p, sizeof v);
-    std::memcpy(to, &v, sizeof v);
-    const unsigned found = endsOfPlainRuns(v);
-    if (found == 0) continue;
-    to += std::countr_zero(found);
-    return p + std::countr_zero(found);
-  }
-#endif
-  const char* stop = skipPlainPortable(p, end);
-  std::memcpy(to, p, static_cast<std::size_t>(stop - p));
-  to += stop - p;
-  return stop;
 }
 
 /// What `\n` and its like stand for, by the letter; 0 when the letter is none of them.
@@ -100,12 +95,21 @@ inline char simpleEscape(char letter) {
   return kSimpleEscapes[static_cast<unsigned char>(letter)];
 }
 
+/// The values of hexadecimal digits; anything else has bits above them.
+inline constexpr auto kHexDigits = [] {
+  std::array<unsigned, 256> table{};
+  table.fill(0x10000);
+  for (unsigned char i = 0; i < 10; ++i) table['0' + i] = i;
+  for (unsigned char i = 0; i < 6; ++i) table['a' + i] = table['A' + i] = 10U + i;
+  return table;
+}();
+
 /// Four hexadecimal digits, or -1.
 inline int hexQuad(const char* p, const char* end) {
   if (end - p < 4) return -1;
-  unsigned value = 0;
-  const auto [last, fault] = std::from_chars(p, p + 4, value, 16);
-  return last == p + 4 ? static_cast<int>(value) : -1;
+  const auto digit = [p](int i) { return kHexDigits[static_cast<unsigned char>(p[i])]; };
+  const unsigned value = digit(0) << 12 | digit(1) << 8 | digit(2) << 4 | digit(3);
+  return value <= 0xFFFF ? static_cast<int>(value) : -1;
 }
 
 struct Escape {
@@ -149,25 +153,22 @@ inline char* putUtf8(char* out, unsigned code) {
   return out;
 }
 
-/// What stands between the quotes of a string that was found right, its escapes resolved.
-inline void unescape(std::string_view raw, std::string& out) {
-  // No escape is shorter than what it stands for, so the result never overtakes the text.
-  out.resize_and_overwrite(raw.size(), [raw](char* begin, std::size_t) {
-    const char* end = raw.data() + raw.size();
-    char* to = begin;
-    for (const char* p = raw.data();;) {
-      p = copyPlain(p, end, to);
-      if (p == end) return static_cast<std::size_t>(to - begin);
-      if (const char simple = simpleEscape(p[1]); simple != 0) {
-        *to++ = simple;
-        p += 2;
-        continue;
-      }
-      const Escape escape = readUnicodeEscape(p, end);
-      to = putUtf8(to, escape.code);
-      p += escape.length;
-    }
-  });
+/// How far a string was copied.
+struct Copied {
+  const char* from;
+  char* to;
+};
+
+/// Writes what the escape that stands next means.
+inline void resolveEscape(Copied& at, const char* end) {
+  if (const char simple = simpleEscape(at.from[1]); simple != 0) {
+    *at.to++ = simple;
+    at.from += 2;
+    return;
+  }
+  const Escape escape = readUnicodeEscape(at.from, end);
+  at.to = putUtf8(at.to, escape.code);
+  at.from += escape.length;
 }
 
 }  // namespace varnel::json::detail
