@@ -70,7 +70,7 @@ class Scan {
   [[nodiscard]] const char* block() const { return m_position; }
 
   /// Moves over a block; false when something in it wants to be looked at, which is then the place.
-  [[gnu::always_inline]] inline bool pass(const Block& block) {
+  [[gnu::always_inline]] bool pass(const Block& block) {
     constexpr std::uint64_t kOddBits = 0xAAAAAAAAAAAAAAAA;
     // Of a run of backslashes every other one is a letter; the subtraction carries along each run.
     const std::uint64_t slashes = block.slashes & ~m_open;
@@ -151,6 +151,8 @@ Copied copyBaseline(Copied at, const char* end, const char* readable) {
   return copy(at, end, readable);
 }
 
+constexpr BlockKernel kBaseline = {.scan = scanBaseline, .copy = copyBaseline};
+
 #if defined(__x86_64__)
 [[gnu::target("avx2,bmi,bmi2")]] const char* scanAvx2(const char* p, const char* end, bool& escaped) {
   return scan(p, end, escaped);
@@ -169,32 +171,23 @@ Copied copyBaseline(Copied at, const char* end, const char* readable) {
 }
 #endif
 
-struct Kernels {
-  const char* (*scan)(const char*, const char*, bool&) = scanBaseline;
-  Copied (*copy)(Copied, const char*, const char*) = copyBaseline;
-};
-
-Kernels chosen() {
-#if defined(__x86_64__)
-  if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl")) return {scanAvx512, copyAvx512};
-  if (__builtin_cpu_supports("avx2")) return {scanAvx2, copyAvx2};
-#endif
-  return {};
-}
-
-const Kernels& kernels() {
-  static const Kernels kChosen = chosen();
-  return kChosen;
-}
-
 }  // namespace
 
-const char* skipBlocks(const char* p, const char* end, bool& escaped) {
-  return kernels().scan(p, end, escaped);
+std::vector<BlockKernel> blockKernels() {
+  std::vector<BlockKernel> result = {kBaseline};
+#if defined(__x86_64__)
+  const bool hasBits = __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
+  if (hasBits && __builtin_cpu_supports("avx2")) result.push_back({.scan = scanAvx2, .copy = copyAvx2});
+  if (hasBits && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl")) {
+    result.push_back({.scan = scanAvx512, .copy = copyAvx512});
+  }
+#endif
+  return result;
 }
 
-Copied resolveBlocks(Copied at, const char* end, const char* readable) {
-  return kernels().copy(at, end, readable);
+const BlockKernel& blockKernel() {
+  static const BlockKernel kBest = blockKernels().back();
+  return kBest;
 }
 
 }  // namespace varnel::json::detail

@@ -5,7 +5,6 @@
 #include <simdjson.h>
 
 #include <array>
-#include <bitset>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -245,7 +244,7 @@ inline bool Reader::scanString(std::string_view& raw, bool& escaped) {
 /// The rest of such a string, from anywhere in it to the closing quote.
 bool Reader::scanRest(const char*& p, bool& escaped) {
   for (;;) {
-    p = detail::skipBlocks(p, m_end, escaped);
+    p = detail::blockKernel().scan(p, m_end, escaped);
     if (p != m_end && *p != '"') p = detail::skipPlain(p, m_end);
     if (p == m_end) {
       m_position = p;
@@ -277,8 +276,8 @@ std::string_view Reader::resolved(std::string_view raw) {
   // No escape is shorter than what it stands for, so the result never overtakes the text.
   constexpr std::size_t kSpare = 64;
   m_resolved.resize_and_overwrite(raw.size() + kSpare, [raw, this](char* begin, std::size_t) {
-    const char* end = raw.data() + raw.size();
-    auto at = detail::resolveBlocks({.from = raw.data(), .to = begin}, end, m_end);
+    const char* end = raw.end();
+    auto at = detail::blockKernel().copy({.from = raw.begin(), .to = begin}, end, m_end);
     while (at.from != end) {
       if (*at.from == '\\') {
         detail::resolveEscape(at, end);
@@ -336,7 +335,7 @@ bool Reader::nextElement(bool& more) {
   return separator(']', more);
 }
 
-bool Reader::skipScalar() {
+inline bool Reader::skipScalar() {
   switch (*m_position) {
     case '"': {
       std::string_view ignored;
@@ -367,30 +366,30 @@ inline bool Reader::skipKey() {
   return scanString(ignored, escaped) && colon();
 }
 
+/// Moves past a scalar or into a container.
+inline bool Reader::skipStep(Objects& objects) {
+  skipSpace();
+  if (m_position == m_end) return unexpected();
+  const char opening = *m_position;
+  if (opening != '{' && opening != '[') return skipScalar();
+  if (!enter()) return false;
+  objects[static_cast<std::size_t>(m_depth)] = opening == '{';
+  return true;
+}
+
 bool Reader::skipValue(std::string_view& text) {
   skipSpace();
   const char* begin = m_position;
   const int outside = m_depth;
-  std::bitset<kMaxDepth + 1> isObject;
-  bool inObject = false;
-  for (bool more = true;;) {
-    if (more) {
-      if (inObject && !skipKey()) return false;
-      skipSpace();
-      if (m_position == m_end) return unexpected();
-      const bool opens = *m_position == '{' || *m_position == '[';
-      if (opens) {
-        inObject = *m_position == '{';
-        if (!enter()) return false;
-        isObject[static_cast<std::size_t>(m_depth)] = inObject;
-      } else if (!skipScalar()) {
-        return false;
-      }
-    } else {
-      inObject = isObject[static_cast<std::size_t>(m_depth)];
-    }
-    if (m_depth == outside) break;
+  Objects objects;
+  if (!skipStep(objects)) return false;
+  while (m_depth > outside) {
+    const bool inObject = objects[static_cast<std::size_t>(m_depth)];
+    bool more = false;
     if (!separator(inObject ? '}' : ']', more)) return false;
+    if (!more) continue;
+    if (inObject && !skipKey()) return false;
+    if (!skipStep(objects)) return false;
   }
   text = {begin, m_position};
   return true;

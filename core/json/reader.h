@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -94,6 +95,8 @@ class Reader {
   std::string_view resolved(std::string_view raw);
   bool colon();
   bool skipKey();
+  using Objects = std::bitset<kMaxDepth + 1>;  ///< by depth, which of the containers around are objects
+  bool skipStep(Objects& objects);
   bool skipScalar();
   bool enter();
   bool unexpected();

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <string>
 #include <string_view>
 
+#include "core/json/block_scan.h"
 #include "core/json/codec.h"
 #include "core/json/string_scan.h"
 #include "core/json/text.h"
@@ -155,7 +157,7 @@ TEST(Reader, ResolvesAndChecksEscapesAtEveryOffset) {
                                  {R"(\udc00)", "lone surrogate"},
                                  {"\x01", "control character in a string"},
                                  {"\\\x01", "bad escape"}};
-  const std::string tail(100, 'x');
+  const std::string tail(300, 'x');
   for (std::size_t offset = 0; offset < 140; ++offset) {
     const std::string begin = "\"\\n" + std::string(offset, 'a');
     for (const auto& [raw, value] : good) {
@@ -171,6 +173,38 @@ TEST(Reader, ResolvesAndChecksEscapesAtEveryOffset) {
       const auto refused = RawValue::parse(begin + raw + tail + "\"");
       ASSERT_FALSE(refused) << raw;
       EXPECT_EQ(refused.error().reason, reason + " at byte " + std::to_string(at)) << raw;
+    }
+  }
+}
+
+TEST(Reader, ScansAndCopiesAlikeOnEveryProcessor) {
+  const std::vector<std::string> pieces = {"a",         R"(\\)", R"(\")", R"(\n)",
+                                           R"(\u001b)", R"(\/)", "é",     R"(\ud83d\ude00)"};
+  const auto kernels = detail::blockKernels();
+  std::minstd_rand random(1);
+  for (int round = 0; round < 2000; ++round) {
+    std::string text;
+    const auto length = random() % 300;
+    while (text.size() < length)
+      text += random() % 3 == 0 ? pieces[random() % pieces.size()] : std::string(random() % 40, 'x');
+    const std::size_t size = text.size();
+    text += '"' + std::string(200, random() % 2 == 0 ? '\\' : '"');
+    const char* end = text.data() + text.size();
+    const auto copied = [&](const detail::BlockKernel& kernel) {
+      std::string out(size + 64, '\0');
+      const auto at = kernel.copy({.from = text.data(), .to = out.data()}, text.data() + size, end);
+      EXPECT_EQ(at.from, text.data() + size);
+      out.resize(static_cast<std::size_t>(at.to - out.data()));
+      return out;
+    };
+    const std::string value = *parse('"' + text.substr(0, size + 1))->string();
+    for (const auto& kernel : kernels) {
+      EXPECT_EQ(copied(kernel), value) << text;
+      bool escaped = false;
+      const char* stop = kernel.scan(text.data(), end, escaped);
+      const std::string_view passed(text.data(), stop);
+      EXPECT_TRUE(*stop == '"' ? passed.size() == size : text.substr(passed.size()).starts_with(R"(\ud83d)")) << text;
+      EXPECT_EQ(escaped, passed.contains('\\') || *stop == '\\') << text;
     }
   }
 }
