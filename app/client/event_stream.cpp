@@ -21,6 +21,9 @@ struct EventStream::State {
   State& operator=(const State&) = delete;
 
   void receive(QByteArray message);
+  /// The bridge is there: it need not be asked for a while.
+  void heard();
+  void silent();
   /// Remembers why the connection ended, once, and lets the waits go on. The socket is given up from the event loop,
   /// for this may run inside one of its signals.
   void end(ClientError why);
@@ -31,6 +34,8 @@ struct EventStream::State {
   Options options;
   QWebSocket socket;
   QTimer deadline;
+  QTimer silence;
+  bool asked = false;  ///< a ping is out
   std::deque<std::string> queue;
   std::int64_t queued = 0;  ///< bytes
   bool upgraded = false;
@@ -74,8 +79,12 @@ EventStream::State::State(std::string streamAddress, Options streamOptions)
   QObject::connect(&socket, &QWebSocket::connected, &deadline, [this] {
     deadline.stop();
     upgraded = true;
+    heard();
     openIfAny(openGate);
   });
+  QObject::connect(&socket, &QWebSocket::pong, &deadline, [this] { heard(); });
+  silence.setSingleShot(true);
+  QObject::connect(&silence, &QTimer::timeout, &deadline, [this] { silent(); });
   QObject::connect(&socket, &QWebSocket::textMessageReceived, &deadline,
                    [this](const QString& text) { receive(text.toUtf8()); });
   QObject::connect(&socket, &QWebSocket::binaryMessageReceived, &deadline,
@@ -96,8 +105,25 @@ EventStream::State::~State() {
   socket.abort();
 }
 
+void EventStream::State::heard() {
+  if (ended) return;
+  asked = false;
+  silence.start(options.pingAfter);
+}
+
+void EventStream::State::silent() {
+  if (asked) {
+    end(TransportError{TransportError::Kind::TimedOut, "The bridge does not answer any more."});
+    return;
+  }
+  asked = true;
+  silence.start(options.pongWithin);
+  socket.ping();
+}
+
 void EventStream::State::receive(QByteArray message) {
   if (ended) return;
+  heard();
   queued += message.size();
   if (queued > options.queueLimit) {
     end(TransportError{TransportError::Kind::TooLarge, "The bridge sends more events than can be taken."});
@@ -111,6 +137,7 @@ void EventStream::State::end(ClientError why) {
   if (ended) return;
   ended = std::move(why);
   deadline.stop();
+  silence.stop();
   QMetaObject::invokeMethod(&socket, [this] { socket.abort(); }, Qt::QueuedConnection);
   openIfAny(openGate);
   openIfAny(nextGate);

@@ -26,6 +26,10 @@ class EventStream {
     std::chrono::milliseconds timeout = std::chrono::seconds(live::kRequestTimeoutSeconds);
     /// Bytes of messages that may wait to be taken, and of one message; beyond it the connection fails.
     std::int64_t queueLimit = std::int64_t{64} << 20;
+    /// After how long a silence the bridge is asked whether it is still there, and how long it may take to say so. A
+    /// dead path shows after both.
+    std::chrono::milliseconds pingAfter = std::chrono::seconds(15);
+    std::chrono::milliseconds pongWithin = std::chrono::seconds(20);
   };
 
   /// `address` carries the token; it is never part of a failure's text.

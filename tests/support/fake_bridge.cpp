@@ -168,9 +168,26 @@ void FakeBridge::read(QTcpSocket* socket) {
   if (found == m_peers.end()) return;
   Peer& peer = found->second;
   const QByteArray bytes = socket->readAll();
-  if (peer.streaming) return;  // a client says nothing of interest on a stream
   peer.input.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  if (peer.streaming) {
+    readStream(socket, peer);
+    return;
+  }
   while (m_peers.contains(socket) && takeRequest(socket, peer)) {
+  }
+}
+
+void FakeBridge::readStream(QTcpSocket* socket, Peer& peer) {
+  // A client sends control frames alone there, masked and short.
+  constexpr std::size_t kHead = 6;
+  while (peer.input.size() >= kHead) {
+    const auto size = kHead + (static_cast<unsigned char>(peer.input[1]) & 0x7FU);
+    if (peer.input.size() < size) return;
+    const bool isPing = peer.input.front() == '\x89';
+    peer.input.erase(0, size);
+    if (!isPing) continue;
+    ++m_pings;
+    if (m_answersPings) socket->write(QByteArray("\x8A\0", 2));
   }
 }
 

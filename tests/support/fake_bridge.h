@@ -85,6 +85,9 @@ class FakeBridge : public QObject {
   void injectBinary(std::string_view bytes);
   /// Sends bytes on every open stream as they are.
   void injectRaw(std::string_view bytes);
+  /// From now on pings on the streams are not answered, as if the path were dead.
+  void ignorePings() { m_answersPings = false; }
+  [[nodiscard]] int pings() const { return m_pings; }
   void closeStreams(Script::Then how = Script::Then::Close);
   [[nodiscard]] int openStreams() const;
 
@@ -102,6 +105,7 @@ class FakeBridge : public QObject {
   using Key = std::pair<std::string, std::string>;
 
   void accept();
+  void readStream(QTcpSocket* socket, Peer& peer);
   void read(QTcpSocket* socket);
   bool takeRequest(QTcpSocket* socket, Peer& peer);
   void perform(QTcpSocket* socket, const SeenRequest& request, const Script& script);
@@ -118,6 +122,8 @@ class FakeBridge : public QObject {
   std::map<Key, int, std::less<>> m_heads;
   int m_connections = 0;
   int m_connectionsToDrop = 0;
+  int m_pings = 0;
+  bool m_answersPings = true;
 };
 
 }  // namespace varnel::support

@@ -116,6 +116,25 @@ TEST_F(Stream, BrokenFramesAndFloodsEndIt) {
   EXPECT_TRUE(failure<TransportError>(await(small.next())));
 }
 
+TEST_F(Stream, AsksASilentBridgeWhetherItIsThereAndGivesItUpWithoutAnAnswer) {
+  EventStream watched(bridge.baseURL().replace(0, 4, "ws") + kTarget, {.pingAfter = 20ms, .pongWithin = 200ms});
+  bridge.expect("GET", kTarget, Script::acceptStream());
+  watched.open();
+  ASSERT_TRUE(await(watched.opened()));
+  ASSERT_TRUE(spinUntil([this] { return bridge.pings() >= 12; })) << "longer than it would wait for one answer";
+  EXPECT_TRUE(watched.isConnected());
+  bridge.ignorePings();
+  const auto error = failure<TransportError>(await(watched.next()));
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->kind, TransportError::Kind::TimedOut);
+  EXPECT_TRUE(spinUntil([this] { return bridge.openStreams() == 0; }));
+}
+
+TEST_F(Stream, NoticesADeadPathWithin40Seconds) {
+  constexpr EventStream::Options kOptions;
+  EXPECT_LE(kOptions.pingAfter + kOptions.pongWithin, 40s);
+}
+
 TEST_F(Stream, StoppingClosesItAtOnce) {
   std::stop_source stop;
   openOn(Script::acceptStream({"unread"}));
