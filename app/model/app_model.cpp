@@ -55,6 +55,7 @@ const std::vector<wire::PendingRequest>& AppModel::pendingRequests(std::string_v
 }
 
 void AppModel::start() {
+  announce();  // the application may have come to the foreground
   if (!m_fields.credentials || m_started) return;
   m_started = true;
   m_streamTask = std::stop_source();
@@ -90,6 +91,7 @@ void AppModel::clearErrorMessage() {
 
 void AppModel::selectSession(std::optional<std::string> sessionId) {
   assign(m_fields.selectedSessionId, std::move(sessionId), &AppModel::selectedSessionIdChanged);
+  announce();
 }
 
 void AppModel::noteToken(const client::ClientError* error) {

@@ -212,6 +212,7 @@ class AppModel : public QObject {
   void store(const std::string& sessionId, live::SessionUpdate update);
   std::string showOptimistic(const std::string& sessionId, const std::string& text);
   void removeOptimistic(const std::string& sessionId, const std::string& itemId);
+  void announce() const;
   void setArchive(std::vector<wire::ArchivedSession> sessions, std::optional<std::string> nextCursor);
   void setSearch(std::vector<wire::ConversationSearchResult> results, std::optional<std::string> nextCursor);
   void forgetPairing();
@@ -238,6 +239,7 @@ class AppModel : public QObject {
   std::stop_source m_streamTask;  ///< and by `stop`
   std::stop_source m_path;        ///< and by `pathChanged`: for the stream in use alone
   bool m_started = false;
+  bool m_listed = false;  ///< `sessions` came from the bridge, of this pairing
   std::int64_t m_lastSequence = 0;
   BySession<std::vector<wire::TranscriptItem>> m_optimisticMessages;
   live::LoadGenerations m_sessionLoadGeneration;

@@ -40,11 +40,13 @@ void AppModel::store(const std::string& sessionId, live::SessionUpdate update) {
     requestsDiffer = putFor(m_fields.pendingRequests, sessionId, std::move(*update.pendingRequests));
   }
   const bool sessionsDiffer = update.session && live::place(m_fields.sessions, std::move(*update.session));
-  if (update.contact) touchContact();
+  const bool contactDiffers = update.contact && put(m_fields.lastContact, m_surroundings.clock.now());
 
   if (transcriptDiffers) emit transcriptChanged(sessionId);
   if (requestsDiffer) emit pendingRequestsChanged(sessionId);
   if (sessionsDiffer) emit sessionsChanged();
+  if (contactDiffers) emit lastContactChanged();
+  announce();
 }
 
 }  // namespace varnel::model

@@ -58,10 +58,12 @@ void AppModel::unpair() {
   forgetPairing();
   for (const char* key : {preferencesKey, usageCacheKey}) std::ignore = m_surroundings.defaults->remove(key);
   m_surroundings.usageResetNotifier.removePending();
+  m_surroundings.conversationNotifier.clear();
   for (const auto& forget : m_surroundings.onUnpair) forget();
 }
 
 void AppModel::forgetPairing() {
+  m_listed = false;
   m_optimisticMessages.clear();
   m_sessionLoadGeneration.forgetAll();
   const auto transcripts = std::exchange(m_fields.transcript, {});

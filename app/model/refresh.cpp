@@ -42,7 +42,11 @@ QCoro::Task<> AppModel::refreshUntil(std::stop_token stop, bool includeRateLimit
 
   auto sessions = co_await sessionsTask;
   if (stop.stop_requested()) co_return;
-  take(sessions, [this](auto& list) { assign(m_fields.sessions, std::move(list), &AppModel::sessionsChanged); });
+  take(sessions, [this](auto& list) {
+    m_listed = true;
+    assign(m_fields.sessions, std::move(list), &AppModel::sessionsChanged);
+    announce();
+  });
 
   auto projects = co_await projectsTask;
   if (stop.stop_requested()) co_return;
@@ -58,6 +62,19 @@ QCoro::Task<> AppModel::refreshUntil(std::stop_token stop, bool includeRateLimit
     touchContact();
   }
   if (!stop.stop_requested()) assign(m_fields.refreshed, true, &AppModel::refreshedChanged);
+}
+
+void AppModel::announce() const {
+  if (!m_listed) return;
+  live::ConversationsNow now{.sessions = m_fields.sessions};
+  for (const auto& [sessionId, requests] : m_fields.pendingRequests) {
+    auto& open = now.openRequests[sessionId];
+    for (const auto& request : requests) {
+      if (!request.resolved) open.insert(request.id);
+    }
+  }
+  if (m_surroundings.inForeground()) now.inView = m_fields.selectedSessionId;
+  m_surroundings.conversationNotifier.update(std::move(now));
 }
 
 QCoro::Task<> AppModel::refreshRateLimitUntil(std::stop_token stop) {

@@ -14,6 +14,7 @@
 
 #include "app/client/client_error.h"
 #include "app/platform/defaults_store.h"
+#include "core/live/conversation_notifications.h"
 #include "core/wire/event.h"
 #include "core/wire/pairing.h"
 #include "core/wire/usage.h"
@@ -54,6 +55,14 @@ struct UsageResetNotifier {
   std::function<void()> removePending = [] {};
 };
 
+/// Notifications of single conversations; none where these are left as they are.
+struct ConversationNotifier {
+  /// What there is to know now; told after everything that may change it.
+  std::function<void(live::ConversationsNow)> update = [](auto) {};
+  /// Withdraws all of them.
+  std::function<void()> clear = [] {};
+};
+
 struct Surroundings {
   CredentialStore credentialStore;
   Clock clock;
@@ -61,6 +70,9 @@ struct Surroundings {
   std::shared_ptr<platform::DefaultsStore> defaults;  ///< never null
   LiveActivities liveActivities = {};
   UsageResetNotifier usageResetNotifier = {};
+  ConversationNotifier conversationNotifier = {};
+  /// Whether the user has the application before them.
+  std::function<bool()> inForeground = [] { return false; };
   /// Called, in this order, at the end of every unpairing, for what belongs to a pairing and is kept elsewhere.
   std::vector<std::function<void()>> onUnpair = {};
 };

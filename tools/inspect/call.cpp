@@ -7,10 +7,8 @@
 #include <cstdio>
 
 #include "app/client/api_client.h"
-#include "core/json/text.h"
-#include "core/wire/codec.h"
 #include "tools/inspect/arguments.h"
-#include "tools/inspect/subject.h"
+#include "tools/inspect/json_of.h"
 
 namespace varnel::inspect {
 
@@ -21,23 +19,15 @@ using client::Result;
 using client::Task;
 using Kind = Parameter::Kind;
 
-Outcome textOf(std::expected<std::string, json::DecodeError> text) {
-  if (!text) return std::unexpected(text.error().message());
-  return *std::move(text);
+using inspect::jsonOf;
+Outcome jsonOf(const std::string& text) {
+  return jsonOf(json::JSONValue(text));
 }
-
-template <class Record>
-Outcome asJSON(const Record& record) {
-  return textOf(wire::encode(record));
+Outcome jsonOf(const json::RawValue& value) {
+  return jsonOf(value.value());
 }
-Outcome asJSON(const std::string& text) {
-  return textOf(json::write(json::JSONValue(text)));
-}
-Outcome asJSON(const json::RawValue& value) {
-  return textOf(json::write(value.value()));
-}
-Outcome asJSON(const wire::SessionDetail& detail) {
-  return asJSON(detail.whole);
+Outcome jsonOf(const wire::SessionDetail& detail) {
+  return jsonOf(detail.whole);
 }
 
 template <class Value>
@@ -47,7 +37,7 @@ Task<Outcome> shown(Task<Result<Value>> task) {
   if constexpr (std::is_void_v<Value>) {
     co_return Outcome("null");
   } else {
-    co_return asJSON(*result);
+    co_return jsonOf(*result);
   }
 }
 
@@ -154,6 +144,10 @@ const std::vector<Operation> kOperations = {
      }},
 };
 
+Task<Outcome> refused(std::string reason) {
+  co_return std::unexpected(std::move(reason));
+}
+
 int refuse(int status, const std::string& reason) {
   std::fprintf(stderr, "%s\n", reason.c_str());
   return status;
@@ -180,6 +174,14 @@ int runCall(const CommandLine& command) {
   std::fwrite(outcome->data(), 1, outcome->size(), stdout);
   std::fputc('\n', stdout);
   return kExitOk;
+}
+
+std::optional<Task<Outcome>> startOperation(APIClient& api, std::string_view name, std::string_view arguments) {
+  const auto operation = std::ranges::find(kOperations, name, &Operation::name);
+  if (operation == kOperations.end()) return std::nullopt;
+  const auto parsed = Arguments::parse(arguments, operation->parameters);
+  if (!parsed) return refused(parsed.error());
+  return operation->start(api, *parsed);
 }
 
 std::string operationList() {

@@ -19,6 +19,15 @@ Failure setNumber(const std::string& text, std::int64_t least, std::int64_t& out
   return "not a number of at least " + std::to_string(least) + ": " + text;
 }
 
+Failure setSeconds(const std::string& text, std::optional<double>& out) {
+  double seconds = 0;
+  const char* end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, seconds);
+  if (error != std::errc() || stopped != end || !(seconds > 0)) return "not a number of seconds: " + text;
+  out = seconds;
+  return std::nullopt;
+}
+
 Failure readToken(const std::string& file, CommandLine& out) {
   std::ifstream in(file, std::ios::binary);
   std::string text(std::istreambuf_iterator<char>(in), {});
@@ -41,6 +50,12 @@ Failure setOption(const std::string& name, const std::string& value, CommandLine
     return setNumber(value, 0, out.after);
   } else if (name == "--count") {
     return setNumber(value, 1, out.count.emplace());
+  } else if (name == "--state-dir") {
+    out.stateDirectory = value;
+  } else if (name == "--open") {
+    out.open = value;
+  } else if (name == "--for") {
+    return setSeconds(value, out.seconds);
   } else {
     return "unknown option " + name;
   }

@@ -21,6 +21,9 @@ struct CommandLine {
   std::string deviceId = "varnel-inspect";
   std::int64_t after = 0;
   std::optional<std::int64_t> count;
+  std::optional<std::string> stateDirectory;  ///< where what is saved outlives the run
+  std::optional<std::string> open;            ///< a conversation
+  std::optional<double> seconds;              ///< how long to follow
 };
 
 /// Fails with what is wrong about it. Reads the token's file.

@@ -4,11 +4,10 @@
 
 #include <array>
 
-#include "core/json/text.h"
+#include "core/live/catalogue.h"
 #include "core/wire/activity.h"
 #include "core/wire/bodies.h"
 #include "core/wire/catalogue.h"
-#include "core/wire/codec.h"
 #include "core/wire/event.h"
 #include "core/wire/pairing.h"
 #include "core/wire/request.h"
@@ -16,6 +15,7 @@
 #include "core/wire/session.h"
 #include "core/wire/transcript.h"
 #include "core/wire/usage.h"
+#include "tools/inspect/json_of.h"
 
 namespace varnel::inspect {
 
@@ -23,20 +23,15 @@ namespace {
 
 template <class Record>
 Outcome again(std::string_view input) {
-  const auto message = [](const json::DecodeError& error) { return std::unexpected(error.message()); };
   const auto record = wire::decode<Record>(input);
-  if (!record) return message(record.error());
-  auto text = wire::encode(*record);
-  if (!text) return message(text.error());
-  return *std::move(text);
+  if (!record) return std::unexpected(record.error().message());
+  return jsonOf(*record);
 }
 
 Outcome anyAgain(std::string_view input) {
   const auto value = json::parse(input);
   if (!value) return std::unexpected(value.error().message());
-  auto text = json::write(*value);
-  if (!text) return std::unexpected(text.error().message());
-  return *std::move(text);
+  return jsonOf(*value);
 }
 
 struct Record {
@@ -98,9 +93,13 @@ constexpr auto kRecords = std::to_array<Record>({
 Outcome pretty(std::string_view input) {
   const auto value = json::parse(input);
   if (!value) return std::unexpected(value.error().message());
-  auto text = json::write(json::JSONValue(value->prettyPrinted()));
-  if (!text) return std::unexpected(text.error().message());
-  return *std::move(text);
+  return jsonOf(json::JSONValue(value->prettyPrinted()));
+}
+
+Outcome models(std::string_view input) {
+  const auto catalogue = json::parse(input);
+  if (!catalogue) return std::unexpected(catalogue.error().message());
+  return jsonOf(live::parseModels(*catalogue));
 }
 
 }  // namespace
@@ -116,6 +115,11 @@ std::optional<Converter> decodeConverter(const std::vector<std::string>& paramet
 std::optional<Converter> prettyConverter(const std::vector<std::string>& parameters) {
   if (!parameters.empty()) return std::nullopt;
   return pretty;
+}
+
+std::optional<Converter> modelsConverter(const std::vector<std::string>& parameters) {
+  if (!parameters.empty()) return std::nullopt;
+  return models;
 }
 
 std::string recordNames() {

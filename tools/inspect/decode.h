@@ -11,6 +11,8 @@
 namespace varnel::inspect {
 
 std::optional<Converter> decodeConverter(const std::vector<std::string>& parameters);
+/// A catalogue of models as the application reads it.
+std::optional<Converter> modelsConverter(const std::vector<std::string>& parameters);
 std::optional<Converter> prettyConverter(const std::vector<std::string>& parameters);
 
 /// For the usage: each name after a blank.

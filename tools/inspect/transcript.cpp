@@ -6,6 +6,7 @@
 #include <set>
 
 #include "core/transcript/display_rows.h"
+#include "core/transcript/reconcile.h"
 #include "core/wire/transcript_fields.h"
 #include "tools/inspect/encoded.h"
 
@@ -29,14 +30,31 @@ struct UnreadQuestion {
 };
 BOOST_DESCRIBE_STRUCT(UnreadQuestion, (), (items, after, knownItemIDs))
 
+struct ReconcileQuestion {
+  Items serverItems;
+  Items optimisticItems;
+};
+BOOST_DESCRIBE_STRUCT(ReconcileQuestion, (), (serverItems, optimisticItems))
+
+struct ReconcileAnswer {
+  std::vector<std::string> items;
+  std::vector<std::string> remainingOptimistic;
+};
+BOOST_DESCRIBE_STRUCT(ReconcileAnswer, (), (items, remainingOptimistic))
+
+std::vector<std::string> idsOf(const Items& items) {
+  std::vector<std::string> ids;
+  for (const auto& item : items) ids.push_back(item.id);
+  return ids;
+}
+
 Outcome rows(std::string_view input) {
   auto items = json::decodeText<Items>(input);
   if (!items) return std::unexpected(items.error().message());
   std::vector<Row> result;
   for (const auto& row : transcript::transcriptDisplayRows(*std::move(items))) {
     const bool message = row.kind == transcript::TranscriptDisplayRow::Kind::Message;
-    Row& added = result.emplace_back(Row{.id = row.id(), .kind = message ? "message" : "tools", .items = {}});
-    for (const auto& item : row.items) added.items.push_back(item.id);
+    result.push_back({.id = row.id(), .kind = message ? "message" : "tools", .items = idsOf(row.items)});
   }
   return encoded(result);
 }
@@ -51,6 +69,15 @@ Outcome unread(std::string_view input) {
   return found ? encoded(*found) : Outcome("null");
 }
 
+Outcome reconcile(std::string_view input) {
+  auto question = json::decodeText<ReconcileQuestion>(input);
+  if (!question) return std::unexpected(question.error().message());
+  const auto merged =
+      transcript::reconcileTranscript(std::move(question->serverItems), std::move(question->optimisticItems));
+  return encoded(
+      ReconcileAnswer{.items = idsOf(merged.items), .remainingOptimistic = idsOf(merged.remainingOptimistic)});
+}
+
 }  // namespace
 
 std::optional<Converter> rowsConverter(const std::vector<std::string>& parameters) {
@@ -61,6 +88,11 @@ std::optional<Converter> rowsConverter(const std::vector<std::string>& parameter
 std::optional<Converter> unreadConverter(const std::vector<std::string>& parameters) {
   if (!parameters.empty()) return std::nullopt;
   return unread;
+}
+
+std::optional<Converter> reconcileConverter(const std::vector<std::string>& parameters) {
+  if (!parameters.empty()) return std::nullopt;
+  return reconcile;
 }
 
 }  // namespace varnel::inspect

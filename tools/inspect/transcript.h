@@ -12,5 +12,6 @@ namespace varnel::inspect {
 
 std::optional<Converter> rowsConverter(const std::vector<std::string>& parameters);
 std::optional<Converter> unreadConverter(const std::vector<std::string>& parameters);
+std::optional<Converter> reconcileConverter(const std::vector<std::string>& parameters);
 
 }  // namespace varnel::inspect
