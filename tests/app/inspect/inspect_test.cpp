@@ -106,6 +106,26 @@ TEST(Transcript, IsShownAsRowsAndItsFirstUnreadReply) {
   EXPECT_EQ(run({"rows"}, "[{}]").status, 1);
 }
 
+TEST(Models, AreWhatTheApplicationReadsOfThem) {
+  EXPECT_EQ(run({"models"}, R"({"data":[{"id":"m"},7,{"id":"n","supportedReasoningEfforts":["low"]}]})").out,
+            R"([{"id":"m","displayName":"m","efforts":[],"isDefault":false,"serviceTiers":[]},)"
+            R"({"id":"n","displayName":"n","efforts":["low"],"isDefault":false,"serviceTiers":[]}])"
+            "\n");
+  EXPECT_EQ(run({"models"}, "7").out, "[]\n");
+  EXPECT_EQ(run({"models"}, "{").status, 1);
+}
+
+TEST(Reconcile, GivesTheIdsOfBothLists) {
+  const std::string item = R"({"id":"%","type":"t","timestamp":1,"role":"user","text":"x"})";
+  const auto called = [&](const char* id) { return std::string(item).replace(item.find('%'), 1, id); };
+  const auto question =
+      R"({"serverItems":[)" + called("a") + R"(],"optimisticItems":[)" + called("b") + "," + called("c") + "]}";
+  EXPECT_EQ(run({"reconcile"}, QByteArray::fromStdString(question)).out,
+            R"({"items":["a","c"],"remainingOptimistic":["c"]})"
+            "\n");
+  EXPECT_THAT(run({"reconcile"}, R"({"serverItems":[]})").error, HasSubstr("optimisticItems"));
+}
+
 TEST(Usage, IsShownWithStatusTwo) {
   const std::vector<QStringList> wrong = {
       {},
@@ -122,6 +142,10 @@ TEST(Usage, IsShownWithStatusTwo) {
       {"call", "rename", R"({"sessionId":"s"})", "--base-url", "http://x", "--token", "t"},
       {"call", "rename", R"({"sessionId":"s","name":1})", "--base-url=http://x", "--token=t"},
       {"call", "sessions", R"({"more":1})", "--base-url", "http://x", "--token", "t"},
+      {"reconcile", "more"},
+      {"follow", "more", "--base-url", "http://x", "--token", "t"},
+      {"follow", "--for", "-1", "--base-url", "http://x", "--token", "t"},
+      {"follow"},
       {"events", "--after", "x", "--base-url", "http://x", "--token", "t"},
       {"events", "--count", "0", "--base-url", "http://x", "--token", "t"},
       {"call", "sessions", "--base-url", "http://x", "--token-file", "/nowhere/token"}};
@@ -194,6 +218,65 @@ TEST_F(Bridge, AFailureIsItsTextAlone) {
   EXPECT_EQ(ran.status, 1);
   EXPECT_EQ(ran.out, "");
   EXPECT_EQ(ran.error, "Unknown token.\n");
+}
+
+/// The lines without their times.
+std::vector<std::string> changesIn(const Ran& ran) {
+  std::vector<std::string> changes;
+  for (const QString& line : QString::fromStdString(ran.out).split(u'\n', Qt::SkipEmptyParts)) {
+    EXPECT_TRUE(line.startsWith(u"{\"at\":")) << line.toStdString();
+    changes.push_back("{" + line.section(u',', 1).toStdString());
+  }
+  return changes;
+}
+
+TEST_F(Bridge, FollowingPrintsEachChangeAndPerformsCommands) {
+  const std::string summary = R"({"id":"s","project":"p","active":true,"state":"done","latestCommentary":"",)"
+                              R"("updatedAt":1,"pinned":false})";
+  bridge.always("GET", "/v1/sessions", Script::json(200, R"({"sessions":[)" + summary + "]}"));
+  bridge.always("GET", "/v1/projects", Script::json(200, R"({"projects":[]})"));
+  bridge.always("GET", "/v1/models", Script::json(200, R"({"data":[{"id":"m"}]})"));
+  bridge.always("GET", "/v1/usage", Script::json(500, "{}"));
+  bridge.always("GET", "/v1/rate-limit", Script::json(200, R"({"rateLimit":{"usedPercent":4}})"));
+  bridge.always("GET", "/v1/sessions/s",
+                Script::json(200, R"({"items":[{"id":"i","type":"t","timestamp":1}],"pendingRequests":[]})"));
+  bridge.always("GET", "/v1/events?after=0&access_token=tok",
+                Script::acceptStream({R"({"sequence":7,"type":"x","timestamp":1,"payload":{}})"}));
+  bridge.expect("POST", "/v1/sessions/s/interrupt", Script::json(200, "{}"));
+  const QTemporaryDir directory;
+  const QStringList words{"follow",
+                          "--base-url",
+                          QString::fromStdString(bridge.baseURL()),
+                          "--token",
+                          "tok",
+                          "--open",
+                          "s",
+                          "--state-dir",
+                          directory.path(),
+                          "--device-id",
+                          "varnel-inspect",
+                          "--for",
+                          "1"};
+  const Ran ran = run(words,
+                      "{\"call\":\"markRead\",\"args\":{\"sessionId\":\"s\",\"through\":\"i\"}}\n"
+                      "{\"call\":\"lastReadItemID\",\"args\":{\"for\":\"s\"}}\n"
+                      "{\"call\":\"rename\",\"args\":{\"sessionId\":\"none\",\"to\":\"x\"}}\n"
+                      "{\"call\":\"interrupt\",\"args\":{\"sessionId\":\"s\"}}");
+  EXPECT_EQ(ran.status, 0) << ran.error;
+  EXPECT_THAT(
+      changesIn(ran),
+      testing::IsSupersetOf(
+          {R"({"credentials":true})", R"({"selectedSessionId":"s"})", R"({"sessions":["s"]})", R"({"models":["m"]})",
+           R"({"connected":true})", R"({"lastSequence":7})", R"({"rateLimit":{"usedPercent":4}})",
+           R"({"transcript":{"s":["i"]}})", R"({"pendingRequests":{"s":[]}})",
+           R"({"result":{"call":"markRead","value":null}})", R"({"result":{"call":"lastReadItemID","value":"i"}})",
+           R"({"result":{"call":"rename","value":false}})", R"({"result":{"call":"interrupt","value":null}})"}));
+
+  const Ran again = run(words.first(words.size() - 2), R"({"call":"lastReadItemID","args":{"sessionId":"s"}})");
+  EXPECT_EQ(changesIn(again).back(), R"({"result":{"call":"lastReadItemID","value":"i"}})") << "ends with its input";
+  const Ran refused = run(words.first(words.size() - 2), R"({"call":"dance"})");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.error, HasSubstr("dance"));
 }
 
 TEST_F(Bridge, EventsAreLines) {
