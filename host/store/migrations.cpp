@@ -63,7 +63,16 @@ CREATE TABLE queue(
 CREATE INDEX queue_by_session ON queue(session_id);
 )sql";
 
-constexpr std::array kSteps{kFirst, kSnapshots, kQueue};
+// What the agent forgets when its process ends.
+constexpr std::string_view kAgentMemory = R"sql(
+CREATE TABLE agent_threads(thread_id TEXT PRIMARY KEY, memory TEXT NOT NULL);
+CREATE TABLE agent_items(
+  thread_id TEXT NOT NULL, item_id TEXT NOT NULL, turn_id TEXT NOT NULL, at REAL NOT NULL, body TEXT,
+  PRIMARY KEY(thread_id, item_id)) WITHOUT ROWID;
+CREATE TABLE agent_answers(request_id TEXT PRIMARY KEY, at REAL NOT NULL);
+)sql";
+
+constexpr std::array kSteps{kFirst, kSnapshots, kQueue, kAgentMemory};
 
 }  // namespace
 

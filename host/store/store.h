@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "host/store/agent_memory.h"
 #include "host/store/answers.h"
 #include "host/store/database.h"
 #include "host/store/devices.h"
@@ -36,6 +37,7 @@ class Store {
   Answers answers{m_database};
   Queue queue{m_database};
   SearchIndex search{m_database};
+  AgentMemory agentMemory{m_database};
   const std::filesystem::path uploadFolder;
 
   [[nodiscard]] const Database& database() const { return m_database; }

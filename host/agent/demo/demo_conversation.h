@@ -12,6 +12,7 @@
 #include "core/wire/transcript.h"
 #include "host/agent/agent.h"
 #include "host/agent/demo/ids.h"
+#include "host/agent/plain_line.h"
 
 namespace varnel::agent::demo {
 
@@ -43,11 +44,5 @@ struct Stage {
   /// Counts tokens to the account.
   std::function<void(std::int64_t tokens)> spend;
 };
-
-/// The first line of a markdown text that says something, without its marks, at most 160 code points.
-std::string plainLine(std::string_view markdown);
-
-/// On one line, at most so many code points, with an ellipsis where it was cut.
-std::string excerpt(std::string_view text, std::size_t codePoints);
 
 }  // namespace varnel::agent::demo

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
+#include "host/agent/plain_line.h"
+
+#include <algorithm>
 #include <cctype>
 
-#include "host/agent/demo/demo_conversation.h"
-
-namespace varnel::agent::demo {
+namespace varnel::agent {
 
 namespace {
 
@@ -76,4 +77,4 @@ std::string plainLine(std::string_view markdown) {
   return {};
 }
 
-}  // namespace varnel::agent::demo
+}  // namespace varnel::agent
