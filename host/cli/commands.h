@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/agent/demo/demo_agent.h"
 
@@ -13,7 +14,10 @@
 namespace varnel::cli {
 
 struct ServeOptions {
-  std::string agent = "demo";
+  std::string agent;                   ///< "codex" or "demo"; empty: codex when it is installed
+  std::string agentCommand = "codex";  ///< a name in PATH, or a path
+  std::vector<std::string> projects;   ///< folders to begin in, beside those that the agent knows
+  std::vector<std::string> forbidden;  ///< sandboxes and approval policies that no phone may choose
   std::string listen = "127.0.0.1:8737";
   bool allowRemote = false;
   std::optional<std::string> baseURL;  ///< the address that phones are told, when it is another one
@@ -21,7 +25,7 @@ struct ServeOptions {
   agent::demo::DemoOptions demo;
 };
 /// Runs the bridge until it is told to end.
-int serve(const ServeOptions& options);
+int serve(ServeOptions options);
 
 struct PairOptions {
   std::filesystem::path stateDirectory;

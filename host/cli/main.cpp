@@ -29,7 +29,16 @@ void addStateDirectory(CLI::App& command, std::filesystem::path& path) {
 
 void addServe(CLI::App& app, ServeOptions& options) {
   auto& command = *app.add_subcommand("serve", "Run the bridge that phones talk to");
-  command.add_option("--agent", options.agent, "The agent behind the bridge: demo")->type_name("NAME");
+  command
+      .add_option("--agent", options.agent,
+                  "The agent behind the bridge: codex (the default when it is installed) or demo")
+      ->type_name("NAME");
+  command.add_option("--agent-command", options.agentCommand, "Codex: its program, when it is not in PATH")
+      ->type_name("FILE");
+  command.add_option("--project", options.projects, "Codex: one more folder that sessions may begin in")
+      ->type_name("DIR");
+  command.add_option("--forbid", options.forbidden, "A sandbox or approval policy that phones may not choose")
+      ->check(CLI::IsMember({"danger-full-access", "workspace-write", "never", "on-failure"}));
   command.add_option("--listen", options.listen, "Address and port, 0 for any free one")->type_name("ADDR:PORT");
   command.add_flag("--allow-remote", options.allowRemote, "Let other machines in: listen beyond loopback");
   command.add_option("--base-url", options.baseURL, "The address that phones are told, if it is another one")

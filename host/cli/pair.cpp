@@ -54,7 +54,7 @@ bool wantsColours() {
 }
 
 int noBridge(const std::filesystem::path& stateDirectory) {
-  return fail("No bridge is running. Start one with: varnel serve --agent demo --state-dir " + stateDirectory.string());
+  return fail("No bridge is running. Start one with: varnel serve --state-dir " + stateDirectory.string());
 }
 
 int show(const Offer& offer) {

@@ -8,6 +8,8 @@
 #include <iostream>
 
 #include "core/base/url.h"
+#include "host/agent/codex/codex_agent.h"
+#include "host/agent/demo/demo_agent.h"
 #include "host/cli/commands.h"
 #include "host/cli/control_server.h"
 #include "host/cli/listen_address.h"
@@ -67,6 +69,37 @@ http::AllowedHosts allowedHosts(const Addresses& addresses) {
   return hosts;
 }
 
+/// The agent that was asked for, or the one that there is. The reason when there is none of that name.
+std::expected<std::string, std::string> chooseAgent(const ServeOptions& options) {
+  const bool isInstalled = agent::codex::findCommand(options.agentCommand).has_value();
+  if (options.agent == "demo" || (options.agent == "codex" && isInstalled)) return options.agent;
+  if (options.agent == "codex") {
+    return std::unexpected("There is no program \"" + options.agentCommand +
+                           "\"; install Codex or name its program with --agent-command.");
+  }
+  if (!options.agent.empty()) {
+    return std::unexpected("There is no agent \"" + options.agent + "\"; this varnel knows codex and demo.");
+  }
+  if (isInstalled) return "codex";
+  std::cerr << "varnel: Codex is not installed; the demo agent plays its part.\n" << std::flush;
+  return "demo";
+}
+
+std::unique_ptr<agent::Agent> makeAgent(const asio::any_io_executor& executor, store::Store& store,
+                                        const ServeOptions& options) {
+  if (options.agent == "demo") return std::make_unique<agent::demo::DemoAgent>(executor, options.demo);
+  return std::make_unique<agent::codex::CodexAgent>(
+      executor, store.agentMemory,
+      agent::codex::CodexOptions{
+          .installation = {.command = agent::codex::findCommand(options.agentCommand).value_or(options.agentCommand),
+                           .home = agent::codex::agentHome(),
+                           .log = options.stateDirectory / "agent.log"},
+          .version = VARNEL_VERSION,
+          .projects = options.projects,
+          .now = {},
+          .log = [](const std::string& line) { service::log(line); }});
+}
+
 /// Every part of a running bridge, in the order in which they need each other; destruction is the reverse. One thread.
 class Serving {
  public:
@@ -74,8 +107,9 @@ class Serving {
           const Addresses& addresses)
       : m_directory(std::move(directory)),
         m_store(std::move(store)),
-        m_agent(m_io.get_executor(), options.demo),
-        m_bridge(m_io.get_executor(), *m_store, m_agent, service::Clock::system()),
+        m_agent(makeAgent(m_io.get_executor(), *m_store, options)),
+        m_bridge(m_io.get_executor(), *m_store, *m_agent, service::Clock::system(),
+                 {.forbidden = {options.forbidden.begin(), options.forbidden.end()}}),
         m_server(m_io.get_executor(), m_bridge, allowedHosts(addresses)),
         m_addresses(addresses) {}
 
@@ -133,7 +167,7 @@ class Serving {
   asio::io_context m_io{1};
   store::StateDirectory m_directory;
   std::unique_ptr<store::Store> m_store;
-  agent::demo::DemoAgent m_agent;
+  std::unique_ptr<agent::Agent> m_agent;
   service::Bridge m_bridge;
   http::Server m_server;
   std::optional<ControlServer> m_control;
@@ -144,9 +178,11 @@ class Serving {
 
 }  // namespace
 
-int serve(const ServeOptions& options) {
+int serve(ServeOptions options) {
   std::signal(SIGPIPE, SIG_IGN);
-  if (options.agent != "demo") return fail("There is no agent \"" + options.agent + "\"; this varnel knows demo.");
+  const auto agent = chooseAgent(options);
+  if (!agent) return fail(agent.error());
+  options.agent = *agent;
   const auto addresses = readAddresses(options);
   if (!addresses) return fail(addresses.error());
   auto directory = store::StateDirectory::take(options.stateDirectory);

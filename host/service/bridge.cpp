@@ -20,7 +20,8 @@ constexpr double kSeenSeconds = 60;
 
 }  // namespace
 
-Bridge::Bridge(const asio::any_io_executor& executor, store::Store& store, agent::Agent& agent, Clock time)
+Bridge::Bridge(const asio::any_io_executor& executor, store::Store& store, agent::Agent& agent, Clock time,
+               Policy policy)
     : m_executor(executor),
       m_store(store),
       m_agent(agent),
@@ -30,7 +31,7 @@ Bridge::Bridge(const asio::any_io_executor& executor, store::Store& store, agent
       pairing(store.devices, clock),
       repeats(store.answers, clock),
       attachments(store.uploads, store.uploadFolder, clock),
-      commands(agent, store.tracking, attachments, events),
+      commands(agent, store.tracking, attachments, events, std::move(policy)),
       queue(executor,
             {.store = store.queue, .agent = agent, .commands = commands, .events = events, .attachments = attachments},
             clock),

@@ -27,7 +27,8 @@ namespace varnel::service {
 /// to the caller and outlive it, as it outlives the io_context's last handler. Everything happens on one thread.
 class Bridge {
  public:
-  Bridge(const boost::asio::any_io_executor& executor, store::Store& store, agent::Agent& agent, Clock time);
+  Bridge(const boost::asio::any_io_executor& executor, store::Store& store, agent::Agent& agent, Clock time,
+         Policy policy = {});
 
   /// Starts the agent and what goes on by itself. Why the agent would not start.
   boost::asio::awaitable<std::expected<void, std::string>> start();

@@ -126,6 +126,11 @@ Task<wire::NewSessionResult> Commands::createSession(wire::NewSessionBody body, 
   if (std::ranges::find(kPolicies, body.approvalPolicy) == kPolicies.end()) {
     co_return refuse(Kind::Invalid, "The agent knows no approval policy \"" + body.approvalPolicy + "\".");
   }
+  for (const auto& choice : {body.sandbox, body.approvalPolicy}) {
+    if (m_policy.forbidden.contains(choice)) {
+      co_return refuse(Kind::Forbidden, "This host does not allow \"" + choice + "\".");
+    }
+  }
   const auto project = co_await checkProject(body.cwd, body.acknowledgeHighRisk);
   if (!project) co_return std::unexpected(project.error());
   const auto models = co_await m_agent.models();

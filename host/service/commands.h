@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,21 @@
 
 namespace varnel::service {
 
+/// What no phone may choose, whatever the agent would take.
+struct Policy {
+  std::set<std::string> forbidden;  ///< sandboxes and approval policies
+};
+
 /// What a phone asks to be done. Preferences are checked against the agent's catalogue, since the agent itself would
 /// take any word.
 class Commands {
  public:
-  Commands(agent::Agent& agent, store::Tracking& tracking, Attachments& attachments, Events& events)
-      : m_agent(agent), m_tracking(tracking), m_attachments(attachments), m_events(events) {}
+  Commands(agent::Agent& agent, store::Tracking& tracking, Attachments& attachments, Events& events, Policy policy)
+      : m_agent(agent),
+        m_tracking(tracking),
+        m_attachments(attachments),
+        m_events(events),
+        m_policy(std::move(policy)) {}
 
   /// Whether a message could be sent as it is.
   Task<void> checkMessage(std::string sessionId, wire::MessageBody body);
@@ -49,6 +59,7 @@ class Commands {
   store::Tracking& m_tracking;
   Attachments& m_attachments;
   Events& m_events;
+  Policy m_policy;
 };
 
 }  // namespace varnel::service

@@ -20,11 +20,33 @@ namespace {
 constexpr std::size_t kSlice = 100;
 constexpr std::size_t kTextBytes = 256UL * 1024;
 
+void append(std::string& text, std::string_view more) {
+  if (!text.empty() && !more.empty()) text += '\n';
+  text += more;
+}
+
+void append(std::string& text, const json::JSONValue* more) {
+  if (more != nullptr && more->string() != nullptr) append(text, *more->string());
+}
+
+/// What a tool said: output, differences, results.
+void appendDetail(std::string& text, const json::JSONValue& detail) {
+  append(text, detail.member("aggregatedOutput"));
+  const auto* changes = detail.member("changes");
+  if (changes != nullptr && changes->array() != nullptr) {
+    for (const auto& change : *changes->array()) append(text, change.member("diff"));
+  }
+  const auto* result = detail.member("result");
+  const auto* content = result == nullptr ? nullptr : result->member("content");
+  if (content == nullptr || content->array() == nullptr) return;
+  for (const auto& part : *content->array()) append(text, part.member("text"));
+}
+
 /// A message, or what a tool was asked and said.
 std::string textOf(const wire::TranscriptItem& item) {
   std::string text = item.title.value_or("");
-  if (!text.empty() && item.text) text += "\n";
-  text += item.text.value_or("");
+  append(text, item.text.value_or(""));
+  if (!item.role && item.detail) appendDetail(text, item.detail->value());
   if (text.size() > kTextBytes) text = store::firstCharacters(text, kTextBytes / 4);
   return text;
 }
