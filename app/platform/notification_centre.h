@@ -12,18 +12,13 @@ namespace varnel::platform {
 /// A notification as the application means it. Texts are plain: nothing in them is markup.
 struct Notification {
   enum class Urgency { Low, Normal, Critical };
-  struct Action {
-    std::string key;  ///< "default" is what touching the notification itself does
-    std::string label;
-    bool operator==(const Action&) const = default;
-  };
 
   std::string title;
   std::string body;
   Urgency urgency = Urgency::Normal;
   bool sound = false;     ///< the system's own for what is new
-  bool resident = false;  ///< stays when one of its actions was used, until it is removed
-  std::vector<Action> actions;
+  bool resident = false;  ///< stays when it was touched, until it is removed
+  std::string link;       ///< what touching it opens; empty for nothing
 
   bool operator==(const Notification&) const = default;
 };
@@ -54,7 +49,8 @@ class NotificationCentre : public QObject {
   [[nodiscard]] virtual std::vector<std::string> posted() const = 0;
 
  signals:
-  void activated(const std::string& id, const std::string& action);
+  /// Someone touched a notification, perhaps one of an earlier run.
+  void opened(const std::string& link);
   /// Someone put the notification away.
   void dismissed(const std::string& id);
   void capabilitiesChanged();

@@ -16,9 +16,11 @@ namespace {
 const QString kService = QStringLiteral("org.freedesktop.Notifications");
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 constexpr std::string_view kKey = "Varnel.PostedNotifications";
+// Beside the server: "number ID" gives the number and, after a blank, the link.
 constexpr std::string_view kServerKey = "server";
 constexpr std::string_view kNumberPrefix = "number ";
 constexpr uint kClosedByUser = 2;
+const QString kDefaultAction = QStringLiteral("default");
 
 QDBusMessage serverCall(const QString& method) {
   return QDBusMessage::createMethodCall(kService, kPath, kService, method);
@@ -67,9 +69,7 @@ std::uint32_t numberFrom(std::string_view text) {
 QDBusMessage notifyCall(const Notification& notification, std::uint32_t replaces, bool hasMarkup, bool outlivesSender) {
   const QString body = QString::fromStdString(notification.body);
   QStringList actions;
-  for (const auto& [key, label] : notification.actions) {
-    actions << QString::fromStdString(key) << QString::fromStdString(label);
-  }
+  if (!notification.link.empty()) actions << kDefaultAction << QStringLiteral("Open");
   const bool stays = notification.resident || notification.urgency == Notification::Urgency::Critical;
   auto call = serverCall(QStringLiteral("Notify"));
   call << QStringLiteral("Varnel") << replaces << QStringLiteral("org.varnel.Varnel")
@@ -91,6 +91,7 @@ DBusNotificationCentre::DBusNotificationCentre(QDBusConnection bus, DefaultsStor
 void DBusNotificationCentre::post(const std::string& id, const Notification& notification) {
   Entry& entry = m_entries[id];
   entry.content = notification;
+  entry.link = notification.link;
   entry.isChanged = true;
   if (!m_server.empty() && !entry.isSending) send(id, entry);
 }
@@ -159,9 +160,12 @@ void DBusNotificationCentre::adopt(const std::string& server) {
     entry.number = 0;
     if (!entry.content) removed.push_back(id);
   }
-  for (const auto& [key, number] : kept) {
-    if (isSame && key.starts_with(kNumberPrefix))
-      m_entries[key.substr(kNumberPrefix.size())].number = numberFrom(number);
+  for (const auto& [key, text] : kept) {
+    if (!isSame || !key.starts_with(kNumberPrefix)) continue;
+    Entry& entry = m_entries[key.substr(kNumberPrefix.size())];
+    entry.number = numberFrom(text);
+    const auto blank = text.find(' ');
+    if (!entry.content && blank != std::string::npos) entry.link = text.substr(blank + 1);
   }
   for (const std::string& id : removed) remove(id);
   for (auto& [id, entry] : m_entries) {
@@ -195,7 +199,8 @@ QCoro::Task<> DBusNotificationCentre::finishSending(std::string id, QDBusPending
 
 void DBusNotificationCentre::onActionInvoked(uint number, const QString& action) {
   const auto found = find(number);
-  if (found != m_entries.end()) emit activated(std::string(found->first), action.toStdString());
+  if (found == m_entries.end() || found->second.link.empty() || action != kDefaultAction) return;
+  emit opened(std::string(found->second.link));
 }
 
 void DBusNotificationCentre::onNotificationClosed(uint number, uint reason) {
@@ -216,7 +221,8 @@ void DBusNotificationCentre::close(std::uint32_t number) {
 void DBusNotificationCentre::keepNumbers() {
   Dictionary kept{{std::string(kServerKey), m_server}};
   for (const auto& [id, entry] : m_entries) {
-    if (entry.number != 0) kept.emplace(std::string(kNumberPrefix) + id, std::to_string(entry.number));
+    if (entry.number == 0) continue;
+    kept.emplace(std::string(kNumberPrefix) + id, std::to_string(entry.number) + " " + entry.link);
   }
   // Without it the next run cannot take away what this one showed; there is no one to tell.
   static_cast<void>(m_store.set(kKey, kept));

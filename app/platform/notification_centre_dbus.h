@@ -40,6 +40,7 @@ class DBusNotificationCentre : public NotificationCentre {
  private:
   struct Entry {
     std::optional<Notification> content;  ///< nothing for one of an earlier run
+    std::string link;                     ///< the content's
     std::uint32_t number = 0;             ///< the server's; 0 while it has none
     bool isSending = false;               ///< the number of what was sent last is not known yet
     bool isChanged = false;               ///< `content` is not what was sent last

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "core/base/percent_encoding.h"
-#include "core/base/text.h"
 #include "core/json/enum_names.h"
+#include "core/live/notification_text.h"
 
 namespace varnel::live {
 namespace {
@@ -52,25 +52,6 @@ std::string_view titleOf(NotificationKind kind) {
       return "Codex is done";
   }
   return {};
-}
-
-/// The name of a folder on the host, kept from drawing outside its line: every run of white space and control
-/// characters becomes a blank, and signs that turn text around are left out.
-std::string oneLine(std::string_view text) {
-  const auto turnsAround = [](char32_t c) {
-    return c == 0x200E || c == 0x200F || c == 0x061C || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
-  };
-  std::string line;
-  for (std::size_t at = 0; at < text.size();) {
-    const auto [value, length] = base::firstCodePoint(text.substr(at));
-    if (base::isWhiteSpace(value) || value < 0x20 || value == 0x7F) {
-      if (!line.empty() && line.back() != ' ') line += ' ';
-    } else if (!turnsAround(value)) {
-      line += text.substr(at, length);
-    }
-    at += length;
-  }
-  return std::string(base::trim(line));
 }
 
 std::string slotOf(std::string_view sessionId) {

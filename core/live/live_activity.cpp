@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "core/json/enum_names.h"
+#include "core/live/notification_text.h"
 
 namespace varnel::live {
 namespace {
@@ -56,6 +57,24 @@ std::optional<ContentState> contentOf(const JSONValue::Object& payload, std::int
                       .sequence = whole.value_or(eventSequence)};
 }
 
+std::string_view labelOf(wire::CodexTurnState state) {
+  switch (state) {
+    case wire::CodexTurnState::Working:
+      return "Working";
+    case wire::CodexTurnState::NeedsInput:
+      return "Needs input";
+    case wire::CodexTurnState::Done:
+      return "Done";
+    case wire::CodexTurnState::Failed:
+      return "Failed";
+    case wire::CodexTurnState::Interrupted:
+      return "Interrupted";
+    case wire::CodexTurnState::Stale:
+      return "Stale";
+  }
+  return {};
+}
+
 struct Turn {
   wire::CodexTurnAttributes attributes;
   ContentState state;
@@ -92,6 +111,14 @@ std::optional<AttentionFeedback> attentionFeedback(wire::CodexTurnState state) {
       break;
   }
   return std::nullopt;
+}
+
+ActivityText activityText(const wire::CodexTurnAttributes& attributes, const ContentState& state, bool isOutdated,
+                          std::string_view updatedAt) {
+  const std::string message = oneLine(state.message);
+  std::string body = message.empty() ? "" : message + "\n";
+  body.append("Updated ").append(updatedAt).append(isOutdated ? ", no news since" : "");
+  return {.title = oneLine(attributes.project) + ": " + std::string(labelOf(state.state)), .body = std::move(body)};
 }
 
 std::vector<ActivityAction> activityActions(const wire::LiveEvent& event,

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -40,6 +42,17 @@ struct GiveFeedback {
   bool operator==(const GiveFeedback&) const = default;
 };
 using ActivityAction = std::variant<UpdateActivity, EndActivity, StartActivity, GiveFeedback>;
+
+/// What a lock screen shows of an activity, each line of it kept to one.
+struct ActivityText {
+  std::string title;
+  std::string body;
+  bool operator==(const ActivityText&) const = default;
+};
+/// `updatedAt` is the state's moment as people read it.
+ActivityText activityText(const wire::CodexTurnAttributes& attributes,
+                          const wire::CodexTurnAttributes::ContentState& state, bool isOutdated,
+                          std::string_view updatedAt);
 
 /// What an event means for the current activity, to be performed in this order; most events mean nothing. `current`
 /// are the attributes of the activity that is shown, `enabled` says whether another one may be started, `now` is in

@@ -16,7 +16,7 @@ using support::NotificationServer;
 using support::spinUntil;
 
 Notification titled(const std::string& title) {
-  return {.title = title};
+  return {.title = title, .link = "link " + title};
 }
 
 class NotificationCentreTest : public ::testing::Test {
@@ -25,8 +25,8 @@ class NotificationCentreTest : public ::testing::Test {
   void start() {
     centre.reset();
     centre = std::make_unique<DBusNotificationCentre>(QDBusConnection::sessionBus(), store);
-    QObject::connect(centre.get(), &NotificationCentre::activated,
-                     [this](const std::string& id, const std::string& action) { heard.push_back(id + " " + action); });
+    QObject::connect(centre.get(), &NotificationCentre::opened,
+                     [this](const std::string& link) { heard.push_back("open " + link); });
     QObject::connect(centre.get(), &NotificationCentre::dismissed,
                      [this](const std::string& id) { heard.push_back(id + " dismissed"); });
   }
@@ -56,7 +56,7 @@ TEST_F(NotificationCentreTest, SaysWhatIsMeantInTheWordsOfTheServer) {
                         .body = "a <b>& b",
                         .urgency = Notification::Urgency::Critical,
                         .sound = true,
-                        .actions = {{.key = "default", .label = "Open"}}});
+                        .link = "varnel://session/a"});
   centre->post("quiet", {.title = "Q", .urgency = Notification::Urgency::Low});
   ASSERT_TRUE(spinUntil([&] { return server->shown.size() == 2; }));
   const auto& loud = server->shown.at(41);
@@ -101,10 +101,11 @@ TEST_F(NotificationCentreTest, TellsWhatAPersonDoesUnderItsOwnNames) {
   centre->post("b", titled("B"));
   ASSERT_TRUE(keeps(2));
   server->touch(77, QStringLiteral("default"));
+  server->touch(42, QStringLiteral("another"));
   server->touch(42, QStringLiteral("default"));
   server->dismiss(41);
   ASSERT_TRUE(spinUntil([&] { return heard.size() == 2; }));
-  EXPECT_EQ(heard, (std::vector<std::string>{"b default", "a dismissed"}));
+  EXPECT_EQ(heard, (std::vector<std::string>{"open link B", "a dismissed"}));
   EXPECT_EQ(centre->posted(), std::vector<std::string>{"b"});
 }
 
@@ -119,6 +120,10 @@ TEST_F(NotificationCentreTest, KnowsInTheNextRunWhatItPosted) {
   EXPECT_TRUE(logs({QStringLiteral("close 41"), QStringLiteral("replace 42 again")}))
       << server->log.join(',').toStdString();
   EXPECT_EQ(centre->posted(), (std::vector<std::string>{"b", "c"}));
+  server->touch(42, QStringLiteral("default"));
+  server->touch(43, QStringLiteral("default"));
+  ASSERT_TRUE(spinUntil([&] { return heard.size() == 2; }));
+  EXPECT_EQ(heard, (std::vector<std::string>{"open link again", "open link c"}));
 }
 
 TEST_F(NotificationCentreTest, TouchesNothingOfAnotherServerAndShowsItWhatStands) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/live/notification_text.h"
 #include "core/wire/codec.h"
 
 namespace varnel::live {
@@ -105,6 +106,22 @@ TEST(ActivityActions, LeaveEverythingAsItIsOtherwise) {
   EXPECT_TRUE(activityActions(event(payload(kWorking), R"("turnId":"t",)"), other, true, kNow).empty());
   const std::string ids = R"("sessionId":"s","turnId":"t",)";
   EXPECT_TRUE(activityActions(event(payload(kWorking), ids, "usage.updated"), other, true, kNow).empty());
+}
+
+TEST(ActivityText, ShowsProjectStateMessageAndMoment) {
+  EXPECT_EQ(activityText(kTurn, kWorkingState, false, "14:05"), (ActivityText{"p: Working", "m\nUpdated 14:05"}));
+  EXPECT_EQ(activityText(kTurn, kWorkingState, true, "14:05"),
+            (ActivityText{"p: Working", "m\nUpdated 14:05, no news since"}));
+  const auto text =
+      activityText({.project = "a\nb"}, {.state = CodexTurnState::NeedsInput, .message = " \n"}, false, "1");
+  EXPECT_EQ(text, (ActivityText{"a b: Needs input", "Updated 1"}));
+}
+
+TEST(OneLine, IsShort) {
+  EXPECT_EQ(oneLine("é  b\r\n\tc", 5), "é b c");
+  EXPECT_EQ(oneLine("éé b c", 5), "éé b…");
+  EXPECT_EQ(oneLine("a   ", 1), "a");
+  EXPECT_EQ(oneLine(std::string(1000, 'x')).size(), 300 + std::string_view("…").size());
 }
 
 TEST(ActivityRecords, TravelUnderTheirFieldNames) {
