@@ -135,8 +135,8 @@ TEST_F(Conversation, AGoalIsNotShownButLoadsTheConversation) {
   bridge.expect("POST", kGoal, Script::json(200, "{}"));
   expectGet(kDetail, answers::detail({answers::item("1", "user", "aim")}));
   EXPECT_TRUE(await(send("aim", true)));
-  EXPECT_THAT(log, ElementsAre("sessionPreferences s", "POST /v1/sessions/s/goal", "GET /v1/sessions/s",
-                               "transcript s", "pendingRequests s", "lastContact"));
+  EXPECT_THAT(log, ElementsAre("sessionPreferences s", "POST /v1/sessions/s/goal", "GET /v1/sessions/s", "transcript s",
+                               "pendingRequests s", "lastContact"));
 
   bridge.expect("POST", kGoal, Script::json(500, R"({"error":"no"})"));
   EXPECT_FALSE(await(send("aim", true)));

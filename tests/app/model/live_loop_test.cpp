@@ -137,6 +137,43 @@ TEST_F(LiveLoop, AFailedHandshakeNeverLooksConnectedAndIsRetriedEverySecond) {
   EXPECT_FALSE(model->hasErrorMessage());
 }
 
+TEST_F(LiveLoop, AnotherPathToTheBridgeEndsTheStreamLikeAFailure) {
+  startWithStream({answers::event(3, "unknown")});
+  model->pathChanged();
+  model->pathChanged();
+  ASSERT_TRUE(waitForSleep(1));
+  EXPECT_THAT(log, ElementsAre("disconnected"));
+  EXPECT_TRUE(spinUntil([this] { return bridge.openStreams() == 0; }));
+  model->pathChanged();
+  settle();
+  EXPECT_TRUE(clock->isSleeping()) << "a wait goes on";
+  expectStream(3);
+  clock->wake();
+  ASSERT_TRUE(spinUntil([this] { return model->isConnected(); }));
+  EXPECT_THAT(clock->sleeps, ElementsAre(1));
+}
+
+TEST_F(LiveLoop, AnotherPathDuringTheHandshakeAndWithinAnEvent) {
+  makePaired();
+  failRefreshes();
+  bridge.expect("GET", streamTarget(0), Script::silence());
+  model->start();
+  ASSERT_TRUE(waitFor("GET " + streamTarget(0)));
+  model->pathChanged();
+  ASSERT_TRUE(waitForSleep(1));
+  EXPECT_FALSE(seen("connected"));
+
+  expectStream(0, {answers::event(1, "unknown", "s"), answers::event(2, "unknown")});
+  bridge.expect("GET", kDetail, Script::silence());
+  clock->wake();
+  ASSERT_TRUE(waitFor("GET /v1/sessions/s"));
+  model->pathChanged();
+  bridge.answer("GET", kDetail, Script::json(200, answers::detail({})));
+  ASSERT_TRUE(waitForSleep(2));
+  EXPECT_TRUE(seen("pendingRequests s")) << "the event is handled to its end";
+  EXPECT_EQ(model->lastSequence(), 1) << "and the next one asked for again";
+}
+
 TEST_F(LiveLoop, ARefusedTokenIsPublishedAndTheLoopGoesOn) {
   makePaired();
   failRefreshes();

@@ -45,6 +45,23 @@ std::string detail(const std::vector<std::string>& items, const std::string& mor
   return R"({"items":[)" + joined(items) + R"(],"pendingRequests":[])" + more + "}";
 }
 
+std::string page(const std::vector<std::string>& data, const std::string& nextCursor) {
+  return R"({"data":[)" + joined(data) + "]" + (nextCursor.empty() ? "" : R"(,"nextCursor":")" + nextCursor + "\"") +
+         "}";
+}
+
+std::string archived(const std::vector<std::string>& ids, const std::string& nextCursor) {
+  std::vector<std::string> data;
+  for (const auto& id : ids) data.push_back(R"({"id":")" + id + R"("})");
+  return page(data, nextCursor);
+}
+
+std::string found(const std::vector<std::string>& ids, const std::string& nextCursor) {
+  std::vector<std::string> data;
+  for (const auto& id : ids) data.push_back(R"({"snippet":"x","thread":{"id":")" + id + R"("}})");
+  return page(data, nextCursor);
+}
+
 std::string event(int sequence, const std::string& type, const std::optional<std::string>& sessionId) {
   return R"({"sequence":)" + std::to_string(sequence) + R"(,"type":")" + type + R"(","timestamp":1,"payload":{})" +
          (sessionId ? R"(,"sessionId":")" + *sessionId + R"(")" : "") + "}";
@@ -96,22 +113,57 @@ wire::PairingCredentials ModelTest::credentials(const std::string& token) const 
 
 Surroundings ModelTest::surroundings() {
   return {
-      .credentialStore = {
-          .load = [this] { return stored; },
-          .save =
-              [this](const wire::PairingCredentials& saved) {
-                if (!saveFailure) stored = saved;
-                return saveFailure;
-              },
-          .remove = [this] { stored.reset(); },
-      },
-      .clock = {
-          .now = [this] { return clock->now; },
-          .sleep = [this](auto duration, auto stop) { return fakeSleep(clock, duration, std::move(stop)); },
-      },
+      .credentialStore =
+          {
+              .load = [this] { return stored; },
+              .save =
+                  [this](const wire::PairingCredentials& saved) {
+                    if (!saveFailure) stored = saved;
+                    return saveFailure;
+                  },
+              .remove = [this] { stored.reset(); },
+          },
+      .clock =
+          {
+              .now = [this] { return clock->now; },
+              .sleep = [this](auto duration, auto stop) { return fakeSleep(clock, duration, std::move(stop)); },
+          },
       .deviceName = [] { return std::string("Test phone"); },
       .defaults = defaults,
+      .liveActivities =
+          {
+              .restore = [this] { ++restored; },
+              .apply = [this](auto event) { return apply(std::move(event)); },
+              .clear = [this]() -> client::Task<void> { return note("activity cleared"); },
+          },
+      .usageResetNotifier =
+          {
+              .schedule =
+                  [this](const auto& windows) {
+                    std::string entry = "schedule";
+                    for (const auto& window : windows) entry += " " + std::to_string(window.usedPercent);
+                    return note(std::move(entry));
+                  },
+              .removePending = [this] { log.emplace_back("reminders removed"); },
+          },
+      .conversationNotifier =
+          {
+              .update = [this](auto now) { announced.push_back(std::move(now)); },
+              .clear = [this] { log.emplace_back("notifications cleared"); },
+          },
+      .inForeground = [this] { return inForeground; },
+      .onUnpair = {[this] { log.emplace_back("forgotten 1"); }, [this] { log.emplace_back("forgotten 2"); }},
   };
+}
+
+client::Task<void> ModelTest::note(std::string entry) {
+  log.push_back(std::move(entry));
+  co_return;
+}
+
+client::Task<void> ModelTest::apply(wire::LiveEvent event) {
+  log.push_back("apply " + event.type);
+  if (applying != nullptr) co_await applying->wait();
 }
 
 void ModelTest::makePaired() {
@@ -137,17 +189,24 @@ void ModelTest::makeConnected() {
 }
 
 void ModelTest::watch() {
-  const auto note = [this](const char* change) { return [this, change] { log.emplace_back(change); }; };
+  const auto noting = [this](const char* change) { return [this, change] { log.emplace_back(change); }; };
   const auto noteId = [this](const char* change) {
     return [this, change](const std::string& id) { log.push_back(std::string(change) + " " + id); };
   };
   const auto* object = model.get();
-  QObject::connect(object, &AppModel::credentialsChanged, object, note("credentials"));
-  QObject::connect(object, &AppModel::sessionsChanged, object, note("sessions"));
-  QObject::connect(object, &AppModel::projectsChanged, object, note("projects"));
-  QObject::connect(object, &AppModel::modelsChanged, object, note("models"));
-  QObject::connect(object, &AppModel::rateLimitChanged, object, note("rateLimit"));
-  QObject::connect(object, &AppModel::usageChanged, object, note("usage"));
+  QObject::connect(object, &AppModel::credentialsChanged, object, noting("credentials"));
+  QObject::connect(object, &AppModel::sessionsChanged, object, noting("sessions"));
+  QObject::connect(object, &AppModel::projectsChanged, object, noting("projects"));
+  QObject::connect(object, &AppModel::modelsChanged, object, noting("models"));
+  QObject::connect(object, &AppModel::rateLimitChanged, object, noting("rateLimit"));
+  QObject::connect(object, &AppModel::usageChanged, object, noting("usage"));
+  QObject::connect(object, &AppModel::archivedSessionsChanged, object, noting("archivedSessions"));
+  QObject::connect(object, &AppModel::archivedSessionIdsChanged, object, noting("archivedSessionIds"));
+  QObject::connect(object, &AppModel::archivedNextCursorChanged, object, noting("archivedNextCursor"));
+  QObject::connect(object, &AppModel::searchResultsChanged, object, noting("searchResults"));
+  QObject::connect(object, &AppModel::searchNextCursorChanged, object, noting("searchNextCursor"));
+  QObject::connect(object, &AppModel::searchingChanged, object,
+                   [this] { log.emplace_back(model->isSearching() ? "searching" : "searched"); });
   QObject::connect(object, &AppModel::transcriptChanged, object, noteId("transcript"));
   QObject::connect(object, &AppModel::pendingRequestsChanged, object, noteId("pendingRequests"));
   QObject::connect(object, &AppModel::sessionPreferencesChanged, object, noteId("sessionPreferences"));
@@ -155,7 +214,7 @@ void ModelTest::watch() {
                    [this] { log.emplace_back(model->isConnected() ? "connected" : "disconnected"); });
   QObject::connect(object, &AppModel::tokenRefusedChanged, object,
                    [this] { log.emplace_back(model->isTokenRefused() ? "token refused" : "token good"); });
-  QObject::connect(object, &AppModel::lastContactChanged, object, note("lastContact"));
+  QObject::connect(object, &AppModel::lastContactChanged, object, noting("lastContact"));
   QObject::connect(object, &AppModel::errorMessageChanged, object,
                    [this] { log.push_back("error " + model->errorText().toStdString()); });
 }
@@ -202,10 +261,17 @@ std::vector<std::string> ModelTest::transcriptIds() const {
 }
 
 QCoro::Task<bool> ModelTest::send(const std::string& text, bool asGoal) {
-  wire::ConversationPreferences preferences;
-  preferences.model = "m";
-  preferences.reasoningEffort = "low";
-  return model->sendMessage("s", text, preferences, {}, asGoal);
+  return model->sendMessage("s", text, preferencesOf("m"), {}, asGoal);
+}
+
+wire::ConversationPreferences ModelTest::preferencesOf(const std::string& model) {
+  return {.model = model, .reasoningEffort = "low", .serviceTier = std::nullopt};
+}
+
+std::vector<std::string> ModelTest::sessionIds() const {
+  std::vector<std::string> ids;
+  for (const auto& session : model->sessions()) ids.push_back(session.id);
+  return ids;
 }
 
 }  // namespace varnel::model

@@ -38,6 +38,11 @@ inline constexpr const char* kRateLimit = "/v1/rate-limit";
 inline constexpr const char* kDetail = "/v1/sessions/s";
 inline constexpr const char* kMessages = "/v1/sessions/s/messages";
 inline constexpr const char* kGoal = "/v1/sessions/s/goal";
+inline constexpr const char* kName = "/v1/sessions/s/name";
+inline constexpr const char* kArchive = "/v1/sessions/s/archive";
+inline constexpr const char* kUnarchive = "/v1/sessions/s/unarchive";
+inline constexpr const char* kArchived = "/v1/sessions/archived";
+inline constexpr const char* kTracking = "/v1/tracking";
 inline constexpr const char* kClaim = "/v1/pair/claim";
 
 /// The records that the scripts answer with.
@@ -49,6 +54,8 @@ std::string models(const std::string& id);
 std::string usage(int usedPercent);
 std::string item(const std::string& id, const std::string& role, const std::string& text, double timestamp = 1000);
 std::string detail(const std::vector<std::string>& items, const std::string& more = "");
+std::string archived(const std::vector<std::string>& ids, const std::string& nextCursor = "");
+std::string found(const std::vector<std::string>& ids, const std::string& nextCursor = "");
 std::string event(int sequence, const std::string& type, const std::optional<std::string>& sessionId = std::nullopt);
 std::string code(int version, const std::string& baseURL);
 }  // namespace answers
@@ -63,6 +70,18 @@ struct FakeClock {
   void wake() const { sleeper->open(); }
 };
 
+class CountingDefaults : public platform::MemoryDefaultsStore {
+ public:
+  std::expected<void, std::error_code> set(std::string_view key, const platform::DefaultsValue& value) override {
+    ++m_writes;
+    return MemoryDefaultsStore::set(key, value);
+  }
+  [[nodiscard]] int writes() const { return m_writes; }
+
+ private:
+  int m_writes = 0;
+};
+
 /// A model on a scripted bridge, with a keyring in memory and everything it publishes written down.
 class ModelTest : public testing::Test {
  public:
@@ -75,8 +94,12 @@ class ModelTest : public testing::Test {
   std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
   std::optional<wire::PairingCredentials> stored;
   std::optional<QString> saveFailure;
-  std::shared_ptr<platform::MemoryDefaultsStore> defaults = std::make_shared<platform::MemoryDefaultsStore>();
-  std::vector<std::string> log;  ///< requests that reached the bridge and changes, in order
+  std::shared_ptr<CountingDefaults> defaults = std::make_shared<CountingDefaults>();
+  std::vector<std::string> log;      ///< requests that reached the bridge, calls of services and changes, in order
+  int restored = 0;                  ///< how often the live activity was taken up
+  client::Gate* applying = nullptr;  ///< what the live activity waits at before it is done with an event
+  std::vector<live::ConversationsNow> announced;
+  bool inForeground = true;
   std::unique_ptr<AppModel> model;
 
   [[nodiscard]] wire::PairingCredentials credentials(const std::string& token = "t") const;
@@ -95,15 +118,23 @@ class ModelTest : public testing::Test {
   [[nodiscard]] static std::string streamTarget(int after);
 
   [[nodiscard]] std::vector<std::string> requests() const;
+  [[nodiscard]] std::vector<std::string> logged(std::size_t first, std::size_t count) const {
+    const auto part = log | std::views::drop(first) | std::views::take(count);
+    return {part.begin(), part.end()};
+  }
   [[nodiscard]] bool seen(const std::string& entry) const { return std::ranges::find(log, entry) != log.end(); }
   [[nodiscard]] bool waitFor(const std::string& entry) const;
   /// Gives everything that is under way the time to show, to see that nothing comes.
   static void settle() { support::spinFor(60ms); }
   [[nodiscard]] std::vector<std::string> transcriptIds() const;
+  [[nodiscard]] std::vector<std::string> sessionIds() const;
   QCoro::Task<bool> send(const std::string& text, bool asGoal = false);
+  [[nodiscard]] static wire::ConversationPreferences preferencesOf(const std::string& model);
 
  private:
   void watch();
+  [[nodiscard]] client::Task<void> note(std::string entry);
+  [[nodiscard]] client::Task<void> apply(wire::LiveEvent event);
 };
 
 }  // namespace varnel::model

@@ -82,21 +82,46 @@ TEST_F(Pairing, UnpairingForgetsWhatBelongsToThePairingAndKeepsTheRest) {
   ASSERT_TRUE(spinUntil([this] { return model->lastSequence() == 7; }));
   bridge.expect("POST", kMessages, Script::json(200, "{}"));
   ASSERT_TRUE(await(send("hello")));
+  expectGet("/v1/sessions/t", answers::detail({}));
+  await(model->loadSession("t"));
+  expectGet(kArchived, answers::archived({"u"}, "archive cursor"));
+  await(model->loadArchived(false));
+  expectGet("/v1/search?q=q", answers::found({"v"}, "search cursor"));
+  await(model->search("q"));
   model->selectSession("s");
+  model->selectTranscriptItem("i");
+  model->markRead("s", "1");
+  model->report(QStringLiteral("Still here"));
+  log.clear();
   model->unpair();
-  EXPECT_FALSE(model->isPaired());
-  EXPECT_FALSE(stored);
-  EXPECT_FALSE(model->isStarted());
-  EXPECT_FALSE(model->isConnected());
-  EXPECT_THAT(model->sessions(), IsEmpty());
-  EXPECT_THAT(model->transcript("s"), IsEmpty());
-  EXPECT_FALSE(model->rateLimit() || model->usage() || model->preferences("s"));
+  EXPECT_EQ(log.at(0), "disconnected");
+  EXPECT_EQ(log.at(1), "credentials");
+  EXPECT_THAT(logged(log.size() - 4, 4),
+              ElementsAre("reminders removed", "notifications cleared", "forgotten 1", "forgotten 2"));
+  EXPECT_FALSE(seen("activity cleared")) << "what is on the lock screen stays";
 
-  EXPECT_EQ(model->lastSequence(), 7);
-  EXPECT_EQ(model->selectedSessionId(), "s");
-  EXPECT_TRUE(model->lastContact());
+  EXPECT_FALSE(model->isPaired() || stored || model->isStarted() || model->isConnected());
+  EXPECT_THAT(model->sessions(), IsEmpty());
+  EXPECT_THAT(model->archivedSessions(), IsEmpty());
+  EXPECT_THAT(model->archivedSessionIds(), IsEmpty());
+  EXPECT_THAT(model->searchResults(), IsEmpty());
+  EXPECT_THAT(model->transcript("s"), IsEmpty());
+  EXPECT_FALSE(model->isLoaded("t"));
+  EXPECT_THAT(model->sessionPreferences(), IsEmpty());
+  EXPECT_FALSE(model->rateLimit() || model->usage());
+  EXPECT_FALSE(defaults->value("Varnel.SessionPreferences") || defaults->value("Varnel.UsageCache"));
+
   EXPECT_THAT(model->projects(), testing::SizeIs(1));
   EXPECT_THAT(model->models(), testing::SizeIs(1));
+  EXPECT_TRUE(model->lastContact());
+  EXPECT_EQ(model->selectedSessionId(), "s");
+  EXPECT_EQ(model->selectedTranscriptItemId(), "i");
+  EXPECT_EQ(model->errorText(), QStringLiteral("Still here"));
+  EXPECT_EQ(model->archivedNextCursor(), "archive cursor");
+  EXPECT_EQ(model->searchNextCursor(), "search cursor");
+  EXPECT_EQ(model->currentSearchQuery(), "q");
+  EXPECT_EQ(model->lastSequence(), 7);
+  EXPECT_EQ(model->lastReadItemID("s"), "1");
   EXPECT_TRUE(spinUntil([this] { return bridge.openStreams() == 0; }));
   settle();
   EXPECT_THAT(clock->sleeps, IsEmpty());
@@ -130,7 +155,8 @@ TEST_F(Pairing, AnswersThatWereUnderWayAreNotStoredAfterUnpairing) {
   log.clear();
   model->unpair();
   settle();
-  EXPECT_THAT(log, ElementsAre("credentials"));
+  EXPECT_THAT(log,
+              ElementsAre("credentials", "reminders removed", "notifications cleared", "forgotten 1", "forgotten 2"));
 }
 
 }  // namespace
