@@ -73,6 +73,7 @@ NotificationActivityCentre::~NotificationActivityCentre() {
 
 std::vector<Activity> NotificationActivityCentre::activities() const {
   std::vector<Activity> activities;
+  activities.reserve(m_entries.size());
   for (const auto& [id, entry] : m_entries) activities.push_back(entry.activity);
   return activities;
 }
