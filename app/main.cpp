@@ -16,7 +16,6 @@
 
 #include "app/model/app_model.h"
 #include "app/notify.h"
-#include "app/platform/defaults_store_memory.h"
 #include "app/screens/shell/shell_state.h"
 #include "app/ui/appearance.h"
 
@@ -97,18 +96,12 @@ class NoNetworkFactory : public QQmlNetworkAccessManagerFactory {
   QNetworkAccessManager* create(QObject* parent) override { return new NoNetwork(parent); }
 };
 
-/// Forgets the pairing with the program, and knows of no other.
-varnel::model::CredentialStore forThisRun() {
-  return {.load = [] { return std::nullopt; }, .save = [](const auto&) { return std::nullopt; }, .remove = [] {}};
-}
-
 varnel::model::Surroundings surroundingsFor(const Options& options) {
+  using varnel::model::Lasting;
   const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-  auto surroundings = varnel::model::systemSurroundings(directory.toStdString());
-  if (!options.pairFrom.isEmpty()) {
-    surroundings.credentialStore = forThisRun();
-    surroundings.defaults = std::make_shared<varnel::platform::MemoryDefaultsStore>();
-  }
+  auto surroundings = varnel::model::systemSurroundings(directory.toStdString(),
+                                                        options.pairFrom.isEmpty() ? Lasting::Kept : Lasting::ThisRun);
+  surroundings.inForeground = [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; };
   return surroundings;
 }
 

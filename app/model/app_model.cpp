@@ -33,6 +33,7 @@ AppModel::AppModel(Surroundings surroundings, QObject* parent)
   m_client = std::make_unique<client::APIClient>(m_fields.credentials);
   readSaved();
   m_surroundings.liveActivities.restore();
+  m_surroundings.attach(*this);
 }
 
 AppModel::~AppModel() {

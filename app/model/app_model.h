@@ -37,12 +37,6 @@ namespace varnel::model {
 /// Destroying the model stops all it has under way; nothing touches it afterwards.
 class AppModel : public QObject {
   Q_OBJECT
-  Q_PROPERTY(bool paired READ isPaired NOTIFY credentialsChanged)
-  Q_PROPERTY(bool connected READ isConnected NOTIFY connectedChanged)
-  Q_PROPERTY(bool refreshed READ isRefreshed NOTIFY refreshedChanged)
-  Q_PROPERTY(bool tokenRefused READ isTokenRefused NOTIFY tokenRefusedChanged)
-  Q_PROPERTY(bool hasErrorMessage READ hasErrorMessage NOTIFY errorMessageChanged)
-  Q_PROPERTY(QString errorMessage READ errorText NOTIFY errorMessageChanged)
 
  public:
   static constexpr const char* preferencesKey = "Varnel.SessionPreferences";
@@ -127,7 +121,7 @@ class AppModel : public QObject {
   /// Shows a failure to the user, a very long one cut; a cancellation is none.
   void report(const client::ClientError& error);
   void report(const QString& text);
-  Q_INVOKABLE void clearErrorMessage();
+  void clearErrorMessage();
 
   /// Brings one conversation up to date. Of several loads under way only the one begun last may store its answer.
   QCoro::Task<> loadSession(std::string sessionId);
@@ -150,7 +144,7 @@ class AppModel : public QObject {
   /// Claims the pairing that a scanned or pasted code stands for, stores it and starts.
   QCoro::Task<> pair(QString qrText);
   /// Forgets the pairing, here and in the store, and everything that came with it; the bridge need not answer.
-  Q_INVOKABLE void unpair();
+  void unpair();
 
   /// Shows the new name at once and takes it back when the bridge refuses it. False for a blank name and for a
   /// conversation that is not listed, too.

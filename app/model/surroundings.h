@@ -22,6 +22,8 @@
 /// What the application model needs from the system it runs on, as plain functions: a test hands in its own.
 namespace varnel::model {
 
+class AppModel;
+
 /// Where the pairing outlives the program. Called on the main thread and bounded in time.
 struct CredentialStore {
   /// Nothing when there is no pairing, and when it cannot be read.
@@ -73,12 +75,18 @@ struct Surroundings {
   ConversationNotifier conversationNotifier = {};
   /// Whether the user has the application before them.
   std::function<bool()> inForeground = [] { return false; };
+  /// Connects what the device tells by itself (another path to the bridge, a notification that was touched).
+  std::function<void(AppModel&)> attach = [](AppModel&) {};
   /// Called, in this order, at the end of every unpairing, for what belongs to a pairing and is kept elsewhere.
   std::vector<std::function<void()>> onUnpair = {};
 };
 
-/// The real ones: the keychain store, the system's clocks and the machine's name. `directory` belongs to the
-/// application and is where the pairing is kept when there is no Secret Service.
-Surroundings systemSurroundings(const std::filesystem::path& directory);
+/// Whether what is stored and shown outlives the run.
+enum class Lasting { Kept, ThisRun };
+
+/// The real ones. `directory` belongs to the application and is where values are kept, the pairing too when there is no
+/// Secret Service. Those of one run alone know of no pairing, leave what the device keeps as it is, and withdraw what
+/// they showed.
+Surroundings systemSurroundings(const std::filesystem::path& directory, Lasting lasting);
 
 }  // namespace varnel::model
