@@ -220,6 +220,7 @@ Script FakeBridge::scriptFor(const SeenRequest& request) {
     return script;
   }
   if (const auto found = m_always.find(key); found != m_always.end()) return found->second;
+  if (m_world) return m_world(request);
   ADD_FAILURE() << "unexpected request: " << request.method << " " << request.target;
   return Script::json(500, R"({"error":"unexpected request"})");
 }
@@ -231,6 +232,13 @@ void FakeBridge::perform(QTcpSocket* socket, const SeenRequest& request, const S
     m_peers[socket].streaming = true;
     bytes += upgradeAnswer(request);
     for (const std::string& message : *script.stream) bytes += frame(1, message);
+  }
+  if (script.cutAfter) {
+    bytes.resize(std::min(bytes.size(), *script.cutAfter));
+    socket->write(bytesOf(bytes));
+    socket->flush();  // a reset would throw away what is not sent yet
+    end(socket, script.then);
+    return;
   }
   socket->write(bytesOf(bytes));
   if (script.then != Script::Then::KeepOpen) end(socket, script.then);
@@ -264,6 +272,16 @@ void FakeBridge::sendFrame(char opcode, std::string_view payload) {
 
 void FakeBridge::inject(std::string_view text) {
   sendFrame(1, text);
+}
+
+std::string FakeBridge::frameOf(std::string_view text) {
+  return frame(1, text);
+}
+
+void FakeBridge::injectCut(std::string_view text, std::size_t bytes, Script::Then how) {
+  injectRaw(frame(1, text).substr(0, bytes));
+  for (const auto& [socket, peer] : m_peers) socket->flush();
+  closeStreams(how);
 }
 
 void FakeBridge::injectBinary(std::string_view bytes) {

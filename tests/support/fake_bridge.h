@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QTcpServer>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -36,6 +37,8 @@ struct Script {
   bool early = false;
   /// Set for an upgrade: messages that go out in one packet with it.
   std::optional<std::vector<std::string>> stream = std::nullopt;
+  /// Set to end the connection, as `then` says, after so many bytes of all that.
+  std::optional<std::size_t> cutAfter = std::nullopt;
 
   static Script json(int status, std::string_view body);
   static Script redirect(int status, std::string_view location);
@@ -65,6 +68,8 @@ class FakeBridge : public QObject {
   void expect(std::string method, std::string target, Script script);
   /// Answers any number of such requests, none too.
   void always(std::string method, std::string target, Script script);
+  /// Answers what no script waits for, in place of failing.
+  void answerBy(std::function<Script(const SeenRequest&)> world) { m_world = std::move(world); }
   /// Closes the next connections as soon as they are accepted.
   void dropNextConnections(int count) { m_connectionsToDrop = count; }
 
@@ -82,6 +87,8 @@ class FakeBridge : public QObject {
 
   /// Sends a message on every open stream.
   void inject(std::string_view text);
+  /// The first bytes of it alone, and the end of every stream after them.
+  void injectCut(std::string_view text, std::size_t bytes, Script::Then how);
   void injectBinary(std::string_view bytes);
   /// Sends bytes on every open stream as they are.
   void injectRaw(std::string_view bytes);
@@ -90,6 +97,11 @@ class FakeBridge : public QObject {
   [[nodiscard]] int pings() const { return m_pings; }
   void closeStreams(Script::Then how = Script::Then::Close);
   [[nodiscard]] int openStreams() const;
+  [[nodiscard]] int openConnections() const { return static_cast<int>(m_peers.size()); }
+  /// For runs so long that what was seen would fill the memory.
+  void forgetRequests() { m_requests.clear(); }
+  /// A text message as it goes on the wire.
+  static std::string frameOf(std::string_view text);
 
  signals:
   void requestSeen();
@@ -117,6 +129,7 @@ class FakeBridge : public QObject {
   std::map<QTcpSocket*, Peer> m_peers;
   std::map<Key, std::vector<Script>> m_expected;
   std::map<Key, Script> m_always;
+  std::function<Script(const SeenRequest&)> m_world;
   std::vector<SeenRequest> m_requests;
   std::vector<std::pair<QTcpSocket*, SeenRequest>> m_silenced;
   std::map<Key, int, std::less<>> m_heads;
