@@ -62,6 +62,10 @@ std::string temporaryNameOf(const fs::path& path) {
   return "." + path.filename().string() + ".new";
 }
 
+std::string previousNameOf(const fs::path& path) {
+  return "." + path.filename().string() + ".old";
+}
+
 bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
@@ -77,15 +81,20 @@ bool unlinkIfThere(int directory, const std::string& name) {
 
 /// A new file each time (never one that stands there), so that nobody else holds it open or has set its mode.
 std::expected<void, std::error_code> writeTemporary(int directory, const std::string& name, std::string_view bytes,
-                                                    mode_t mode) {
+                                                    mode_t mode, bool isSynced) {
   if (!unlinkIfThere(directory, name)) return lastError();
   const Descriptor file(::openat(directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!file.isOpen()) return lastError();
   if (!writeAll(file.number(), bytes)) return lastError();
   // 0600 is what it was made with; only another mode needs a call, which some file systems refuse.
   if (mode != 0600 && ::fchmod(file.number(), mode) != 0) return lastError();
-  if (::fsync(file.number()) != 0) return lastError();
+  if (isSynced && ::fsync(file.number()) != 0) return lastError();
   return {};
+}
+
+/// Keeps the file under the other name, too, unless something stands there. False when the file system cannot.
+bool keepPrevious(int directory, const std::string& name, const std::string& previous) {
+  return ::linkat(directory, name.c_str(), directory, previous.c_str(), 0) == 0 || errno == EEXIST || errno == ENOENT;
 }
 
 std::expected<std::string, std::error_code> readAll(int descriptor, std::size_t largest) {
@@ -120,7 +129,7 @@ std::expected<void, std::error_code> replaceFile(const fs::path& path, std::stri
   if (!directory.isOpen()) return lastError();
   const std::string temporary = temporaryNameOf(path);
 
-  auto written = writeTemporary(directory.number(), temporary, bytes, mode);
+  auto written = writeTemporary(directory.number(), temporary, bytes, mode, true);
   if (written && ::renameat(directory.number(), temporary.c_str(), directory.number(), path.filename().c_str()) != 0) {
     written = lastError();
   }
@@ -132,11 +141,47 @@ std::expected<void, std::error_code> replaceFile(const fs::path& path, std::stri
   return {};
 }
 
+std::expected<void, std::error_code> replaceFileUnsynced(const fs::path& path, std::string_view bytes) {
+  const LockedDirectory directory(path.parent_path());
+  if (!directory.isOpen()) return lastError();
+  const std::string temporary = temporaryNameOf(path);
+  const std::string name = path.filename().string();
+
+  const bool hasPrevious = keepPrevious(directory.number(), name, previousNameOf(path));
+  auto written = writeTemporary(directory.number(), temporary, bytes, 0600, !hasPrevious);
+  if (written && ::renameat(directory.number(), temporary.c_str(), directory.number(), name.c_str()) != 0) {
+    written = lastError();
+  }
+  if (!written) unlinkIfThere(directory.number(), temporary);
+  return written;
+}
+
+std::expected<void, std::error_code> syncFile(const fs::path& path) {
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!file.isOpen() && errno == ENOENT) return {};
+  if (!file.isOpen() || ::fsync(file.number()) != 0) return lastError();
+  // Only now: whoever replaces the file must not wait for the disk.
+  const LockedDirectory directory(path.parent_path());
+  if (!directory.isOpen()) return lastError();
+  struct stat synced{};
+  struct stat found{};
+  if (::fstat(file.number(), &synced) != 0) return lastError();
+  if (::fstatat(directory.number(), path.filename().c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0) return {};
+  if (synced.st_dev != found.st_dev || synced.st_ino != found.st_ino) return {};
+  if (!unlinkIfThere(directory.number(), previousNameOf(path))) return lastError();
+  return {};
+}
+
+fs::path previousOf(const fs::path& path) {
+  return path.parent_path() / previousNameOf(path);
+}
+
 std::expected<void, std::error_code> removeFile(const fs::path& path) {
   const LockedDirectory directory(path.parent_path());
   if (!directory.isOpen() && errno == ENOENT) return {};
   if (!directory.isOpen()) return lastError();
   if (!unlinkIfThere(directory.number(), temporaryNameOf(path))) return lastError();
+  if (!unlinkIfThere(directory.number(), previousNameOf(path))) return lastError();
   if (!unlinkIfThere(directory.number(), path.filename().string())) return lastError();
   if (::fsync(directory.number()) != 0) return lastError();
   return {};

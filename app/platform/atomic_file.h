@@ -23,7 +23,18 @@ namespace varnel::platform {
 std::expected<void, std::error_code> replaceFile(const std::filesystem::path& path, std::string_view bytes,
                                                  mode_t mode = 0600);
 
-/// Deletes the file and what a killed `replaceFile` may have left of it, and waits until that is on the disk. A file
+/// The same without waiting for the disk: a kill leaves the old content or the new one, while a power cut before
+/// `syncFile` may spoil the new one. Therefore the content that was synced last stays at `previousOf(path)` until then.
+std::expected<void, std::error_code> replaceFileUnsynced(const std::filesystem::path& path, std::string_view bytes);
+
+/// Waits until the file is on the disk, and then drops its previous content, unless another has taken its place
+/// meanwhile. A file that is not there is no failure.
+std::expected<void, std::error_code> syncFile(const std::filesystem::path& path);
+
+/// Where the previous content of a file is that was replaced and not synced yet; nothing is there otherwise.
+std::filesystem::path previousOf(const std::filesystem::path& path);
+
+/// Deletes the file and what calls for it that were killed may have left, and waits until that is on the disk. A file
 /// that is not there is no failure.
 std::expected<void, std::error_code> removeFile(const std::filesystem::path& path);
 

@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using json::JSONValue;
 
-// A file is one line, "varnel FORM LENGTH", and the LENGTH bytes after it.
+// A file is one line, "varnel FORM LENGTH CHECKSUM", and the LENGTH bytes after it.
 constexpr std::string_view kMark = "varnel ";
 constexpr std::string_view kFlag = "flag";
 constexpr std::string_view kText = "text";
@@ -46,13 +46,24 @@ std::optional<DefaultsValue> dictionaryFrom(std::string_view payload) {
   return dictionary;
 }
 
-std::string framed(std::string_view form, std::string_view payload) {
+/// FNV-1a: tells a file of which only a part reached the disk, not one that somebody changed on purpose.
+std::uint64_t checksum(std::string_view bytes) {
+  std::uint64_t sum = 14695981039346656037U;
+  for (const char byte : bytes) sum = (sum ^ static_cast<unsigned char>(byte)) * 1099511628211U;
+  return sum;
+}
+
+std::string headOf(std::string_view form, std::string_view payload) {
   return std::string(kMark)
       .append(form)
       .append(" ")
       .append(std::to_string(payload.size()))
-      .append("\n")
-      .append(payload);
+      .append(" ")
+      .append(std::to_string(checksum(payload)));
+}
+
+std::string framed(std::string_view form, std::string_view payload) {
+  return headOf(form, payload).append("\n").append(payload);
 }
 
 std::expected<std::string, std::error_code> contentOf(const DefaultsValue& value) {
@@ -68,12 +79,10 @@ std::expected<std::string, std::error_code> contentOf(const DefaultsValue& value
 std::optional<DefaultsValue> valueFrom(std::string_view content) {
   const std::size_t end = content.find('\n');
   if (!content.starts_with(kMark) || end == std::string_view::npos) return std::nullopt;
-  const std::string_view head = content.substr(kMark.size(), end - kMark.size());
   const std::string_view payload = content.substr(end + 1);
-  const std::size_t blank = head.find(' ');
-  if (blank == std::string_view::npos || head.substr(blank + 1) != std::to_string(payload.size())) return std::nullopt;
+  const std::string_view form = content.substr(kMark.size(), content.find(' ', kMark.size()) - kMark.size());
+  if (content.substr(0, end) != headOf(form, payload)) return std::nullopt;
 
-  const std::string_view form = head.substr(0, blank);
   if (form == kFlag && (payload == "true" || payload == "false")) return payload == "true";
   if (form == kText) return std::string(payload);
   if (form == kData) return Data{std::string(payload)};
@@ -91,7 +100,9 @@ bool isBad(const FileContent& content) {
 }  // namespace
 
 DefaultsFileStore::DefaultsFileStore(fs::path directory, Warn warn)
-    : m_directory(std::move(directory)), m_warn(std::move(warn)) {}
+    : m_directory(std::move(directory)), m_warn(std::move(warn)) {
+  m_syncing.setMaxThreadCount(1);
+}
 
 std::optional<DefaultsValue> DefaultsFileStore::value(std::string_view key) const {
   const fs::path file = fileOf(key);
@@ -109,7 +120,11 @@ std::expected<void, std::error_code> DefaultsFileStore::set(std::string_view key
   const auto content = contentOf(value);
   if (!content) return std::unexpected(content.error());
   if (auto made = makePrivateDirectory(m_directory); !made) return made;
-  return replaceFile(fileOf(key), *content);
+  const fs::path file = fileOf(key);
+  auto replaced = replaceFileUnsynced(file, *content);
+  // Should it fail, the previous value stays beside the file and the next sync tries again.
+  if (replaced) m_syncing.start([file] { static_cast<void>(syncFile(file)); });
+  return replaced;
 }
 
 std::expected<void, std::error_code> DefaultsFileStore::remove(std::string_view key) {
@@ -132,6 +147,11 @@ fs::path DefaultsFileStore::fileOf(std::string_view key) const {
 std::optional<DefaultsValue> DefaultsFileStore::read(const fs::path& file) const {
   const FileContent content = readPrivateFile(file, std::numeric_limits<std::size_t>::max());
   if (!isBad(content)) return content && *content ? valueFrom(**content) : std::nullopt;
+  const FileContent previous = readPrivateFile(previousOf(file), std::numeric_limits<std::size_t>::max());
+  if (previous && *previous && !isBad(previous)) {
+    if (m_warn) m_warn(file.string() + " did not reach the disk: the value before it is taken");
+    return valueFrom(**previous);
+  }
   const auto aside = setAsideIf(file, isBad);
   if (m_warn && !aside) m_warn(file.string() + " makes no sense and cannot be set aside: " + aside.error().message());
   if (m_warn && aside && *aside) m_warn(file.string() + " makes no sense and was set aside as " + (*aside)->string());

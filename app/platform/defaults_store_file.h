@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <sys/types.h>
-
+#include <QThreadPool>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -15,8 +14,9 @@
 namespace varnel::platform {
 
 /// Defaults in a folder of their own, a file a key, so that writers of different keys, also in other processes, never
-/// meet. A file is replaced as a whole and synced: a kill or a power cut at any moment leaves the old value or the new
-/// one. What another process stores is seen at the next look.
+/// meet. A file is replaced as a whole: a kill at any moment leaves the old value or the new one. It is synced on
+/// another thread, so that nobody waits for the disk; a power cut before that may cost what was set last, and the value
+/// before it is taken. What another process stores is seen at the next look.
 ///
 /// A file that makes no sense is renamed to "KEY.corrupt" and `warn` gets a sentence about it; its key is then empty.
 class DefaultsFileStore : public DefaultsStore {
@@ -51,6 +51,7 @@ class DefaultsFileStore : public DefaultsStore {
   std::filesystem::path m_directory;
   Warn m_warn;
   mutable std::map<std::string, Known, std::less<>> m_known;  ///< what was read last, by key
+  QThreadPool m_syncing;                                      ///< one thread, which its end waits for
 };
 
 }  // namespace varnel::platform

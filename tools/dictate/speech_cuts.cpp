@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t kFramesInSecond = 50;
 constexpr std::size_t kShortest = 8 * kFramesInSecond;
 constexpr std::size_t kPause = 20;
+constexpr std::size_t kMargin = 25;
 constexpr std::size_t kLookForQuiet = 18 * kFramesInSecond;
 constexpr std::size_t kLongest = 25 * kFramesInSecond;
 /// Quiet is what is below this level, or below this share of the loudest frame.
@@ -64,7 +65,7 @@ std::vector<std::int16_t> withEvenMargins(std::span<const std::int16_t> samples,
   if (first == levels.end()) return {samples.begin(), samples.end()};
   const auto afterLast = std::find_if(levels.rbegin(), levels.rend(), isLoud).base();
 
-  const std::size_t margin = kPause * frame;
+  const std::size_t margin = kMargin * frame;
   const std::size_t begin = static_cast<std::size_t>(first - levels.begin()) * frame;
   const std::size_t end = static_cast<std::size_t>(afterLast - levels.begin()) * frame;
   const std::size_t before = std::min(begin, margin);

@@ -14,7 +14,7 @@ namespace varnel::dictate {
 /// neither has come.
 std::size_t cutAfter(std::span<const std::int16_t> samples, int rate);
 
-/// The same speech with 0.4 s of quiet at both ends, neither more nor less: a model that hears a second of silence
+/// The same speech with 0.5 s of quiet at both ends, neither more nor less: a model that hears a second of silence
 /// first may take all of it for silence, and one that hears none mistakes the first word.
 std::vector<std::int16_t> withEvenMargins(std::span<const std::int16_t> samples, int rate);
 

@@ -97,12 +97,12 @@ TEST(SpeechCuts, ComeAtTheQuietestMomentWhenNobodyPauses) {
 
 TEST(EvenMargins, AreTheSameHoweverLongOneWaits) {
   const auto speech = sound(1, 5000);
-  const auto expected = sound(0.4, 0) + speech + sound(0.4, 0);
+  const auto expected = sound(0.5, 0) + speech + sound(0.5, 0);
   EXPECT_EQ(withEvenMargins(speech, kRate), expected);
   EXPECT_EQ(withEvenMargins(sound(3, 0) + speech + sound(2, 0), kRate), expected);
   EXPECT_EQ(withEvenMargins(sound(0.2, 0) + speech + sound(2, 0), kRate), expected);
   const auto pause = speech + sound(1, 0) + speech;
-  EXPECT_EQ(withEvenMargins(pause, kRate).size(), pause.size() + static_cast<std::size_t>(0.8 * kRate));
+  EXPECT_EQ(withEvenMargins(pause, kRate).size(), pause.size() + static_cast<std::size_t>(kRate));
   for (const auto& quiet : {sound(1, 0), sound(0.001, 5000), sound(0, 0)})
     EXPECT_EQ(withEvenMargins(quiet, kRate), quiet);
 }

@@ -98,6 +98,33 @@ TEST_F(DefaultsFileStoreTest, SetsACorruptFileAsideAndGoesOn) {
   }
 }
 
+TEST_F(DefaultsFileStoreTest, TakesTheValueBeforeWhenAPowerCutSpoiltTheLast) {
+  ASSERT_TRUE(open().set("Varnel.Key", std::string("synced")));
+  const fs::path previous = folder / ".Varnel.Key.old";
+  EXPECT_FALSE(fs::exists(previous)) << "it has reached the disk";
+  std::string last;
+  {
+    DefaultsFileStore store = open();
+    ASSERT_TRUE(store.set("Varnel.Key", std::string("last")));
+    std::ifstream file(folder / "Varnel.Key", std::ios::binary);
+    last.assign(std::istreambuf_iterator<char>(file), {});
+  }
+  for (const std::string& spoilt : {std::string(), last.substr(0, last.size() - 1), std::string(last.size(), '\0'),
+                                    last.substr(0, last.size() - 2) + std::string(2, '\0')}) {
+    warnings.clear();
+    ASSERT_TRUE(open().set("Varnel.Key", std::string("synced")));
+    fs::create_hard_link(folder / "Varnel.Key", previous);
+    fs::remove(folder / "Varnel.Key");
+    overwrite("Varnel.Key", spoilt);
+    EXPECT_EQ(open().get<std::string>("Varnel.Key"), "synced");
+    EXPECT_EQ(warnings.size(), 1U);
+    DefaultsFileStore store = open();
+    ASSERT_TRUE(store.set("Varnel.Key", std::string("next")));
+    EXPECT_EQ(store.get<std::string>("Varnel.Key"), "next");
+  }
+  EXPECT_FALSE(fs::exists(previous));
+}
+
 TEST_F(DefaultsFileStoreTest, SeesWhatAnotherStoreWrites) {
   DefaultsFileStore one = open();
   DefaultsFileStore other = open();
