@@ -27,6 +27,12 @@ struct ServeOptions {
 /// Runs the bridge until it is told to end.
 int serve(ServeOptions options);
 
+struct LaunchOptions {
+  std::vector<std::string> arguments;
+};
+/// Becomes the agent in this terminal, at work on the server that the bridge follows; returns only when it cannot.
+int launch(const LaunchOptions& options);
+
 struct PairOptions {
   std::filesystem::path stateDirectory;
   bool json = false;

@@ -75,10 +75,21 @@ void addDevices(CLI::App& app, DevicesOptions& options) {
   rename.callback([&options] { options.command = "rename"; });
 }
 
+/// Without a first word, or with "--", the agent itself is meant.
+std::optional<LaunchOptions> readLaunch(int argc, char** argv) {
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (words.empty()) return LaunchOptions{};
+  if (words.front() != "--") return std::nullopt;
+  return LaunchOptions{.arguments = {words.begin() + 1, words.end()}};
+}
+
 int run(int argc, char** argv) {
+  if (const auto launched = readLaunch(argc, argv)) return launch(*launched);
   CLI::App app("Follow and steer a coding agent from a phone: the host's side.", "varnel");
   app.set_version_flag("--version", std::string("varnel ") + VARNEL_VERSION);
   app.require_subcommand(1);
+  app.footer(
+      "Without a command, or as varnel -- ARGUMENTS, it starts the agent in this terminal, so that phones see it.");
   ServeOptions serving;
   PairOptions pairing;
   DevicesOptions listing;

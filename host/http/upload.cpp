@@ -91,6 +91,8 @@ asio::awaitable<Answer> Connection::handleUpload(Admitted admitted) {
   if (m_header->content_length().value_or(0) > kLimit) co_return lastAnswerTo(tooLarge().error());
   const auto described = service::Attachments::check(describe(admitted.fields, admitted.match.ids[0]));
   if (!described) co_return lastAnswerTo(described.error());
+  const auto room = bridge.attachments.checkRoom(static_cast<std::int64_t>(m_header->content_length().value_or(0)));
+  if (!room) co_return lastAnswerTo(room.error());
   const auto exists = co_await bridge.commands.checkExists(admitted.match.ids[0]);
   if (!exists) co_return lastAnswerTo(exists.error());
   const auto file = std::make_shared<ArrivingFile>(bridge.attachments.newFile());

@@ -66,7 +66,13 @@ Outcome<void> Attachments::check(const Description& description) {
   return {};
 }
 
+Outcome<void> Attachments::checkRoom(std::int64_t size) const {
+  if (m_uploads.unsentBytes() + size <= kUnsentBytes) return {};
+  return refuse(Failure::Kind::TooLarge, "Too many files wait on the host. Send some, or wait a day.");
+}
+
 Outcome<wire::UploadedAttachment> Attachments::add(const std::filesystem::path& file, const Description& description) {
+  if (const auto room = checkRoom(description.size); !room) return std::unexpected(room.error());
   const store::Uploads::Stored upload{.record = {.id = file.stem().string(),
                                                  .kind = kindOf(description.mimeType),
                                                  .name = plainName(description.name),

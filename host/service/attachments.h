@@ -21,6 +21,8 @@ class Attachments {
  public:
   static constexpr std::int64_t kLargestBytes = 100LL * 1024 * 1024;
   static constexpr double kUnsentSeconds = 24 * 3600;
+  /// All files that wait to be sent.
+  static constexpr std::int64_t kUnsentBytes = 1024LL * 1024 * 1024;
 
   Attachments(store::Uploads& uploads, std::filesystem::path folder, Clock clock)
       : m_uploads(uploads), m_folder(std::move(folder)), m_clock(std::move(clock)) {}
@@ -35,6 +37,8 @@ class Attachments {
   };
   /// Refuses words that nobody could be shown: what is not UTF-8, and control characters.
   static Outcome<void> check(const Description& description);
+  /// Refuses a file of that size while so many wait to be sent that the disk might fill.
+  [[nodiscard]] Outcome<void> checkRoom(std::int64_t size) const;
   /// Takes a file that has arrived in full, syncs it and keeps it.
   Outcome<wire::UploadedAttachment> add(const std::filesystem::path& file, const Description& description);
 

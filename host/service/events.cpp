@@ -111,6 +111,7 @@ asio::awaitable<void> Events::tellDue() {
   if (m_stopped) co_return;
   // Without the list, the conversations are named all the same.
   for (const auto& one : due) tell(one, sessions ? *sessions : Sessions());
+  if (sessions) forgetGone(*sessions);
 }
 
 asio::awaitable<void> Events::tellEverythingChanged() {
@@ -161,8 +162,8 @@ Task<std::shared_ptr<Subscription>> Events::subscribe(std::int64_t after, std::s
   if (!sessions) co_return refusedBy(sessions.error());
   if (m_stopped) co_return refuse(Failure::Kind::Unavailable, "The bridge is stopping.");
   // From here to the end nothing suspends: no event falls between the backlog and the live ones.
-  const auto stream = std::make_shared<Subscription>(m_executor, std::move(deviceId));
-  for (auto& text : canResume(after) ? m_log.after(after) : snapshot(*sessions)) stream->push(std::move(text));
+  const auto stream = std::make_shared<Subscription>(m_executor, std::move(deviceId),
+                                                     canResume(after) ? m_log.after(after) : snapshot(*sessions));
   m_streams.push_back(stream);
   co_return stream;
 }
@@ -229,6 +230,16 @@ void Events::rememberTurn(const wire::SessionSummary& session, const std::option
   } else if (turnId) {
     m_lastTurns[session.id] = *turnId;
   }
+}
+
+/// What is remembered of conversations that are archived or gone is let go of.
+void Events::forgetGone(const Sessions& sessions) {
+  if (std::max(m_faces.size(), m_lastTurns.size()) <= sessions.size()) return;
+  std::set<std::string> ids;
+  for (const auto& session : sessions) ids.insert(session.id);
+  const auto isGone = [&](const auto& entry) { return !ids.contains(entry.first); };
+  std::erase_if(m_faces, isGone);
+  std::erase_if(m_lastTurns, isGone);
 }
 
 std::size_t Events::countStreams(const std::string& deviceId) {

@@ -63,6 +63,7 @@ class Events {
   [[nodiscard]] wire::LiveEvent activity(const wire::SessionSummary& session, bool tracked) const;
   [[nodiscard]] std::vector<const wire::SessionSummary*> recent(const Sessions& sessions) const;
   bool noteFace(const wire::SessionSummary& session);
+  void forgetGone(const Sessions& sessions);
   void rememberTurn(const wire::SessionSummary& session, const std::optional<std::string>& turnId);
 
   boost::asio::any_io_executor m_executor;

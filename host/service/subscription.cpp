@@ -4,14 +4,18 @@
 
 #include <boost/asio/as_tuple.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <iterator>
 #include <utility>
 
 namespace varnel::service {
 
 namespace asio = boost::asio;
 
-Subscription::Subscription(const asio::any_io_executor& executor, std::string deviceId)
-    : m_deviceId(std::move(deviceId)), m_signal(executor, asio::steady_timer::time_point::max()) {}
+Subscription::Subscription(const asio::any_io_executor& executor, std::string deviceId, std::vector<std::string> first)
+    : m_deviceId(std::move(deviceId)),
+      m_waiting(std::make_move_iterator(first.begin()), std::make_move_iterator(first.end())),
+      m_room(first.size() + kWaiting),
+      m_signal(executor, asio::steady_timer::time_point::max()) {}
 
 asio::awaitable<std::optional<std::string>> Subscription::next(std::shared_ptr<Subscription> self) {
   while (!self->m_closed && self->m_waiting.empty()) {
@@ -25,7 +29,7 @@ asio::awaitable<std::optional<std::string>> Subscription::next(std::shared_ptr<S
 
 void Subscription::push(std::string event) {
   if (m_closed) return;
-  if (m_waiting.size() >= kWaiting) {
+  if (m_waiting.size() >= m_room) {
     close();
     return;
   }

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace varnel::service {
 
@@ -17,10 +18,11 @@ namespace varnel::service {
 /// cut off and resumes where it was.
 class Subscription {
  public:
-  /// Events that wait for a socket at most; a backlog and a snapshot fit in.
+  /// Events that wait for a socket at most, beside those that it begins with.
   static constexpr std::size_t kWaiting = 4096;
 
-  Subscription(const boost::asio::any_io_executor& executor, std::string deviceId);
+  /// The backlog or the snapshot comes first, however long it is.
+  Subscription(const boost::asio::any_io_executor& executor, std::string deviceId, std::vector<std::string> first);
 
   /// The next event's text, when there is one; nothing when the stream is over. One caller at a time.
   static boost::asio::awaitable<std::optional<std::string>> next(std::shared_ptr<Subscription> self);
@@ -37,6 +39,7 @@ class Subscription {
  private:
   std::string m_deviceId;
   std::deque<std::string> m_waiting;
+  std::size_t m_room;                  ///< events that may wait, with those of the beginning
   boost::asio::steady_timer m_signal;  ///< cancelled when there is something new
   std::function<void()> m_onClose;
   bool m_closed = false;

@@ -33,6 +33,12 @@ void Uploads::markUnsent(std::string_view id, double createdAt) {
   m_database.prepare("UPDATE uploads SET sent = 0, created_at = ? WHERE id = ?").bind(createdAt, id).run();
 }
 
+std::int64_t Uploads::unsentBytes() const {
+  auto row = m_database.prepare("SELECT coalesce(sum(size), 0) FROM uploads WHERE NOT sent");
+  row.step();
+  return row.integer(0);
+}
+
 std::vector<std::string> Uploads::takeUnsentBefore(double createdAt) {
   std::vector<std::string> taken;
   auto rows = m_database.prepare("DELETE FROM uploads WHERE NOT sent AND created_at < ? RETURNING id");

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,8 @@ class Uploads {
   void markSent(std::string_view id);
   /// It goes out with no message after all; its day begins anew.
   void markUnsent(std::string_view id, double createdAt);
+  /// Bytes of all files that were never sent.
+  [[nodiscard]] std::int64_t unsentBytes() const;
   /// Forgets files that were never sent and are older than that; their ids.
   std::vector<std::string> takeUnsentBefore(double createdAt);
   [[nodiscard]] std::vector<std::string> ids() const;

@@ -21,7 +21,7 @@ asio::awaitable<void> begin(service::Bridge& bridge, http::Server& server, std::
 
 }  // namespace
 
-RunningBridge::RunningBridge(http::Limits limits, MakeAgent makeAgent) {
+RunningBridge::RunningBridge(http::Limits limits, MakeAgent makeAgent, service::Policy policy) {
   auto store = store::Store::open(":memory:", m_uploads.path());
   if (!store) throw std::runtime_error(store.error());
   m_store = std::move(*store);
@@ -31,7 +31,7 @@ RunningBridge::RunningBridge(http::Limits limits, MakeAgent makeAgent) {
   const service::Clock clock{
       .wall = [this, system] { return system.wall() + static_cast<double>(m_ahead) / 1000; },
       .elapsed = [this, system] { return system.elapsed() + std::chrono::milliseconds(m_ahead); }};
-  m_bridge = std::make_unique<service::Bridge>(m_io.get_executor(), *m_store, *m_agent, clock);
+  m_bridge = std::make_unique<service::Bridge>(m_io.get_executor(), *m_store, *m_agent, clock, std::move(policy));
   m_server = std::make_unique<http::Server>(m_io.get_executor(), *m_bridge, http::AllowedHosts(), limits);
   const auto bound = m_server->listen({asio::ip::make_address("127.0.0.1"), 0});
   if (!bound) throw std::runtime_error(bound.error());

@@ -33,7 +33,7 @@ class RunningBridge {
   };
   using MakeAgent = std::function<std::unique_ptr<agent::Agent>(boost::asio::any_io_executor)>;
 
-  explicit RunningBridge(http::Limits limits = {}, MakeAgent makeAgent = {});
+  explicit RunningBridge(http::Limits limits = {}, MakeAgent makeAgent = {}, service::Policy policy = {});
   ~RunningBridge();
   RunningBridge(const RunningBridge&) = delete;
   RunningBridge& operator=(const RunningBridge&) = delete;

@@ -5,14 +5,18 @@
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
+#include <thread>
 #include <vector>
 
 namespace varnel::agent::codex {
@@ -22,6 +26,20 @@ namespace {
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? std::string() : std::string(value);
+}
+
+constexpr std::chrono::seconds kStartTime{20};
+
+bool isListening(const std::filesystem::path& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string name = path.string();
+  if (name.size() >= sizeof address.sun_path) return false;
+  std::ranges::copy(name, address.sun_path);
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const bool listens = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  ::close(socket);
+  return listens;
 }
 
 bool isProgram(const std::filesystem::path& path) {
@@ -47,6 +65,8 @@ std::expected<void, std::string> runToBackground(std::vector<std::string> words,
   posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
   posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
+  // It outlives us: a listener or a lock of ours in its hands would keep the next bridge from starting.
+  posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
   pid_t child = 0;
   const int failed = ::posix_spawnp(&child, arguments[0], &files, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&files);
@@ -88,6 +108,18 @@ std::expected<void, std::string> startServer(const Installation& installation) {
   auto& chosen = hasServiceManager() ? scoped : words;
   chosen.insert(chosen.end(), server.begin(), server.end());
   return runToBackground(chosen, installation.log);
+}
+
+std::expected<void, std::string> ensureServer(const Installation& installation) {
+  const auto path = installation.socket();
+  if (isListening(path)) return {};
+  if (auto started = startServer(installation); !started) return started;
+  const auto end = std::chrono::steady_clock::now() + kStartTime;
+  while (std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    if (isListening(path)) return {};
+  }
+  return std::unexpected("it does not listen on " + path.string());
 }
 
 std::string serverIdOf(int socket) {

@@ -28,6 +28,10 @@ std::filesystem::path agentHome();
 /// cannot be started.
 std::expected<void, std::string> startServer(const Installation& installation);
 
+/// Returns once a server listens that was running or has been started; waits for that, without an event loop. The
+/// reason when none does.
+std::expected<void, std::string> ensureServer(const Installation& installation);
+
 /// Names the process at the other end of a Unix socket, the same over all connections to it and after it has ended.
 std::string serverIdOf(int socket);
 

@@ -222,7 +222,7 @@ TEST_F(VarnelTest, saysWhatIsWrongInOneSentence) {
   EXPECT_EQ(run({"--help"}).first, 0);
   EXPECT_EQ(run({"serve", "--help"}).first, 0);
   EXPECT_EQ(run({"--nonsense"}).first, 2);
-  EXPECT_EQ(run({}).first, 2);
+  EXPECT_EQ(run({"dance"}).first, 2) << "a word that is no command reaches the agent";
   EXPECT_EQ(run({"devices", "revoke"}).first, 2);
   EXPECT_EQ(run(with({"pair"})).first, 1);
   EXPECT_THAT(contentOf(errors), HasSubstr("Start one with: varnel serve"));
@@ -238,8 +238,48 @@ TEST_F(VarnelTest, saysWhatIsWrongInOneSentence) {
   }
   EXPECT_EQ(run(with({"serve", "--listen", "0.0.0.0:0", "--allow-remote"})).first, 1) << "no phone could be told where";
   EXPECT_EQ(run(with({"serve", "--agent", "nobody"})).first, 1);
+  EXPECT_EQ(run(with({"serve", "--agent", "codex", "--agent-command", "/nowhere"})).first, 1);
   const auto serving = serve();
   EXPECT_EQ(run(with({"serve", "--listen", "127.0.0.1:0"})).first, 1) << "two bridges share a state directory";
+}
+
+/// An agent that says what it was called with, and whether its server listened by then.
+constexpr std::string_view kFakeAgent = R"py(#!/usr/bin/env python3
+import os, socket, sys, time
+path = os.environ["CODEX_HOME"] + "/app-server-control/app-server-control.sock"
+if sys.argv[1:2] == ["app-server"]:
+    held = [fd for fd in range(3, 256) if os.path.exists(f"/proc/self/fd/{fd}")]
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    server = socket.socket(socket.AF_UNIX)
+    server.bind(path)
+    server.listen()
+    while True:
+        server.accept()[0].recv(1) or None
+        with open(os.environ["CODEX_HOME"] + "/server.pid", "w") as file: file.write(f"{os.getpid()} {held}")
+else:
+    client = socket.socket(socket.AF_UNIX)
+    client.connect(path)
+    print("agent", *sys.argv[1:], flush=True)
+)py";
+
+TEST_F(VarnelTest, withoutACommandItBecomesTheAgentOnTheSharedServer) {
+  const auto programs = state.parent_path() / "programs";
+  const auto home = state.parent_path() / "home";
+  std::filesystem::create_directories(programs);
+  std::ofstream(programs / "codex") << kFakeAgent;
+  std::filesystem::permissions(programs / "codex", std::filesystem::perms::owner_all);
+  const std::string path = std::getenv("PATH");
+  ::setenv("PATH", (programs.string() + ":" + path).c_str(), 1);
+  ::setenv("CODEX_HOME", home.c_str(), 1);
+  EXPECT_EQ(run({}), std::pair(0, std::string("agent")));
+  EXPECT_EQ(run({"--", "resume", "--last"}), std::pair(0, std::string("agent resume --last")));
+  EXPECT_EQ(run({"resume"}).first, 2);
+  ::setenv("PATH", path.c_str(), 1);
+  ::unsetenv("CODEX_HOME");
+  const auto process = contentOf(home / "server.pid");
+  ASSERT_FALSE(process.empty());
+  EXPECT_THAT(process, HasSubstr("[]")) << "it holds files of who started it";
+  EXPECT_EQ(::kill(std::stoi(process), SIGKILL), 0) << "the server ended with who started it";
 }
 
 }  // namespace

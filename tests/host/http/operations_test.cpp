@@ -155,6 +155,45 @@ TEST_F(OperationsTest, whatMakesNoSenseNeverReachesTheAgent) {
   EXPECT_TRUE(calls().empty());
 }
 
+TEST(Policy, forbidsWhatTheHostDoesNotAllow) {
+  RunningBridge strict({}, {}, {.forbidden = {"danger-full-access", "never"}});
+  const auto phone = strict.pair();
+  const auto begin = [&](const std::string& sandbox, const std::string& policy) {
+    const wire::NewSessionBody body{.cwd = "/srv/safe",
+                                    .mode = "default",
+                                    .model = {},
+                                    .reasoningEffort = {},
+                                    .sandbox = sandbox,
+                                    .approvalPolicy = policy,
+                                    .acknowledgeHighRisk = true,
+                                    .prompt = "Go"};
+    return support::send(strict.port(),
+                         {.method = "POST", .path = "/v1/sessions", .token = phone, .body = wire::encode(body).value()})
+        .status;
+  };
+  EXPECT_EQ(begin("danger-full-access", "on-request"), 403);
+  EXPECT_EQ(begin("read-only", "never"), 403);
+  EXPECT_EQ(strict.run([](auto parts) { return parts.agent.calls.size(); }), 0U);
+  EXPECT_EQ(begin("workspace-write", "on-request"), 200);
+}
+
+TEST_F(OperationsTest, filesThatWaitHaveABound) {
+  bridge.run([](auto parts) {
+    const wire::UploadedAttachment large{.id = "large", .kind = "file", .name = "l", .mimeType = "x/y", .size = 0};
+    auto stored = large;
+    stored.size = service::Attachments::kUnsentBytes - 10;
+    parts.store.uploads.add({.record = stored, .sessionId = "old"}, 0);
+  });
+  const auto upload = [&](const std::string& bytes) {
+    return support::send(bridge.port(),
+                         {.method = "POST", .path = "/v1/sessions/old/uploads", .token = token, .body = bytes});
+  };
+  EXPECT_EQ(upload("eleven more").status, 413);
+  EXPECT_EQ(upload("ten bytes!").status, 200);
+  bridge.run([](auto parts) { parts.store.uploads.markSent("large"); });
+  EXPECT_EQ(upload("eleven more").status, 200);
+}
+
 TEST_F(OperationsTest, newSessionsFillInTheCataloguesDefaults) {
   const auto response = call(operations::createSession({.cwd = "/",
                                                         .mode = "plan",

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
 
@@ -99,8 +100,10 @@ const wire::TranscriptItem& Detail::last(const std::string& type) const {
 }
 
 std::string RealAgentTest::program() const {
+  // Another version of it, for comparing.
+  if (const char* named = std::getenv("VARNEL_AGENT_PROGRAM")) return named;
   std::error_code error;
-  std::filesystem::recursive_directory_iterator entries(VARNEL_AGENT_FOLDER, error);
+  const std::filesystem::recursive_directory_iterator entries(VARNEL_AGENT_FOLDER, error);
   for (const auto& entry : entries) {
     if (entry.path().filename() == "codex" && entry.path().parent_path().filename() == "bin") return entry.path();
   }
