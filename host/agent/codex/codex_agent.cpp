@@ -28,10 +28,13 @@ CodexOptions withClock(CodexOptions options) {
   return options;
 }
 
-/// Nothing has been written of a conversation that has had no turn.
-bool isWithoutTurns(const RpcError& error) {
-  return error.text.contains("list_turns is not supported") || error.text.contains("not materialized") ||
-         error.text.contains("includeTurns is unavailable");
+/// Nothing has been written (yet) of a conversation whose first turn is only beginning.
+bool isUnwritten(const RpcError& error, const Thread& thread) {
+  const auto& text = error.text;
+  if (error.kind != RpcError::Kind::Refused) return false;
+  if (text.contains("rollout at ") && text.contains(" is empty")) return true;
+  if (thread.loaded && text.contains("no rollout found")) return true;
+  return text.contains("list_turns is not supported") || text.contains("not materialized");
 }
 
 }  // namespace
@@ -123,9 +126,9 @@ Task<Conversation> CodexAgent::conversation(std::string sessionId) {
     co_return std::unexpected(AgentError{AgentError::Kind::Unavailable, "The agent is not running."});
   }
   const auto read = co_await connection->call("thread/read", Object{{"threadId", sessionId}, {"includeTurns", true}});
-  if (!read && !isWithoutTurns(read.error())) co_return std::unexpected(failureOf(read.error()));
   const auto thread = open(sessionId, true);
   if (!thread) co_return std::unexpected(thread.error());
+  if (!read && !isUnwritten(read.error(), **thread)) co_return std::unexpected(failureOf(read.error()));
   keepNow();
   const auto nothing = JSONValue();
   const auto& turns = listOf(memberOf(read ? *read : nothing, "thread"), "turns");

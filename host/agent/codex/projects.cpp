@@ -21,6 +21,13 @@ std::string baseName(const fs::path& path) {
   return name.empty() ? path.string() : name.string();
 }
 
+/// The agent's own sandbox leaves empty folders of that name where it forbids to make one.
+bool isWorktree(const fs::path& folder) {
+  std::error_code error;
+  const auto git = folder / ".git";
+  return fs::exists(git / "HEAD", error) || fs::is_regular_file(git, error);
+}
+
 bool isText(const std::string& text) {
   return json::write(text).has_value();
 }
@@ -28,9 +35,8 @@ bool isText(const std::string& text) {
 }  // namespace
 
 std::optional<fs::path> worktreeOf(const fs::path& folder) {
-  std::error_code error;
   for (fs::path path = folder.lexically_normal(); path.is_absolute(); path = path.parent_path()) {
-    if (fs::exists(path / ".git", error)) return path.has_filename() ? path : path.parent_path();
+    if (isWorktree(path)) return path.has_filename() ? path : path.parent_path();
     if (path == path.root_path()) break;
   }
   return std::nullopt;

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+
 #include "tests/support/temporary_directory.h"
 
 namespace varnel::agent::codex {
@@ -16,6 +18,8 @@ TEST(Projects, areWorktreesAndWhatLiesOutsideIsRisky) {
   const fs::path home = folder.path() / "home";
   fs::create_directories(home / "code/app/src/deep");
   fs::create_directories(home / "code/app/.git");
+  std::ofstream(home / "code/app/.git/HEAD") << "ref: refs/heads/main\n";
+  fs::create_directories(home / "code/app/src/.git");
   fs::create_directories(home / "notes");
   fs::create_directory_symlink(home, folder.path() / "link");
   EXPECT_EQ(worktreeOf(home / "code/app/src/deep"), home / "code/app");
@@ -31,7 +35,7 @@ TEST(Projects, areWorktreesAndWhatLiesOutsideIsRisky) {
   EXPECT_EQ(risks, (std::map<std::string, bool>{{"/", true}, {"app", false}, {"home", true}, {"notes", true}}));
 
   // A home that is itself a worktree is no less a home, however it is reached.
-  fs::create_directories(home / ".git");
+  std::ofstream(home / ".git") << "gitdir: elsewhere\n";
   EXPECT_TRUE(isHighRisk(home, home));
   EXPECT_TRUE(isHighRisk(folder.path() / "link", home));
   EXPECT_FALSE(isHighRisk(home / "notes", home));

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 
 #include "core/json/text.h"
@@ -122,6 +123,7 @@ void RealAgentTest::SetUp() {
   home = folder.path() / "home";
   work = folder.path() / "work";
   std::filesystem::create_directories(work / ".git");
+  std::ofstream(work / ".git/HEAD") << "ref: refs/heads/main\n";
   memory = store::Store::open(":memory:", folder.path()).value();
   startModel();
   startBridge();
