@@ -20,6 +20,7 @@ SessionUpdate updateFrom(wire::SessionDetail detail, std::vector<wire::Transcrip
   if (!pendingRequests) return update;
   update.pendingRequests = std::move(*pendingRequests);
   if (detail.session && *detail.session) update.session = std::move(**detail.session);
+  if (detail.queued && *detail.queued) update.queued = std::move(**detail.queued);
   update.contact = true;
   return update;
 }

@@ -18,6 +18,7 @@ struct SessionUpdate {
   std::optional<transcript::Reconciled> transcript;
   std::optional<std::vector<wire::PendingRequest>> pendingRequests;
   std::optional<wire::SessionSummary> session;
+  std::optional<std::vector<wire::QueuedMessage>> queued;
   bool contact = false;  ///< the answer counts as a sign of life
 };
 
