@@ -134,6 +134,18 @@ Task<Result<void>> APIClient::startGoal(std::string sessionId, std::string objec
               std::move(stop));
 }
 
+Task<Result<void>> APIClient::queueMessage(std::string sessionId, std::string text,
+                                           wire::ConversationPreferences preferences,
+                                           std::vector<wire::UploadedAttachment> attachments, std::stop_token stop) {
+  return tell(operations::queueMessage(sessionId, std::move(text), preferences, std::move(attachments)),
+              std::move(stop));
+}
+
+Task<Result<wire::QueueEnvelope>> APIClient::unqueue(std::string sessionId, std::optional<std::string> messageId,
+                                                     std::stop_token stop) {
+  return run<wire::QueueEnvelope>(operations::unqueue(sessionId, messageId), std::move(stop));
+}
+
 Task<Result<wire::UploadedAttachment>> APIClient::upload(std::string sessionId, QByteArray data, std::string mimeType,
                                                          std::string fileName, std::stop_token stop) {
   OutgoingRequest outgoing{live::buildUpload(sessionId, mimeType, fileName, m_credentials, freshKey()), std::move(data),

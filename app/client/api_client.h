@@ -20,6 +20,7 @@
 #include "core/wire/bodies.h"
 #include "core/wire/catalogue.h"
 #include "core/wire/pairing.h"
+#include "core/wire/queue.h"
 #include "core/wire/search.h"
 #include "core/wire/session.h"
 #include "core/wire/session_detail.h"
@@ -84,6 +85,12 @@ class APIClient {
                                  std::vector<wire::UploadedAttachment> attachments, std::stop_token stop = {});
   Task<Result<void>> startGoal(std::string sessionId, std::string objective, wire::ConversationPreferences preferences,
                                std::vector<wire::UploadedAttachment> attachments, std::stop_token stop = {});
+  /// For the end of the running turn.
+  Task<Result<void>> queueMessage(std::string sessionId, std::string text, wire::ConversationPreferences preferences,
+                                  std::vector<wire::UploadedAttachment> attachments, std::stop_token stop = {});
+  /// What was taken back: one message, or all without an id.
+  Task<Result<wire::QueueEnvelope>> unqueue(std::string sessionId, std::optional<std::string> messageId,
+                                            std::stop_token stop = {});
   Task<Result<wire::UploadedAttachment>> upload(std::string sessionId, QByteArray data, std::string mimeType,
                                                 std::string fileName, std::stop_token stop = {});
   Task<Result<void>> updateSettings(std::string sessionId, wire::ConversationPreferences preferences,

@@ -51,6 +51,11 @@ const std::vector<wire::TranscriptItem>& AppModel::transcript(std::string_view s
   return entryOf(m_fields.transcript, sessionId);
 }
 
+const std::vector<wire::QueuedMessage>* AppModel::queued(std::string_view sessionId) const {
+  const auto entry = m_fields.queued.find(sessionId);
+  return entry == m_fields.queued.end() ? nullptr : &entry->second;
+}
+
 const std::vector<wire::PendingRequest>& AppModel::pendingRequests(std::string_view sessionId) const {
   return entryOf(m_fields.pendingRequests, sessionId);
 }

@@ -78,6 +78,8 @@ class AppModel : public QObject {
   [[nodiscard]] bool isLoaded(std::string_view sessionId) const { return m_fields.pendingRequests.contains(sessionId); }
   /// Approvals and questions, resolved ones included for as long as the bridge names them.
   [[nodiscard]] const std::vector<wire::PendingRequest>& pendingRequests(std::string_view sessionId) const;
+  /// The messages that the bridge sends once the running turn has ended; null while it is not known to keep any.
+  [[nodiscard]] const std::vector<wire::QueuedMessage>* queued(std::string_view sessionId) const;
   /// What the user chose for each conversation; `preferences` says what is in force.
   [[nodiscard]] const BySession<wire::ConversationPreferences>& sessionPreferences() const {
     return m_fields.sessionPreferences;
@@ -184,6 +186,7 @@ class AppModel : public QObject {
   void searchingChanged();
   void transcriptChanged(const std::string& sessionId);
   void pendingRequestsChanged(const std::string& sessionId);
+  void queuedChanged(const std::string& sessionId);
   void sessionPreferencesChanged(const std::string& sessionId);
   void connectedChanged();
   void refreshedChanged();

@@ -13,6 +13,7 @@
 
 #include "core/wire/catalogue.h"
 #include "core/wire/pairing.h"
+#include "core/wire/queue.h"
 #include "core/wire/request.h"
 #include "core/wire/search.h"
 #include "core/wire/session.h"
@@ -40,6 +41,7 @@ struct Fields {
   std::optional<std::string> searchNextCursor;
   BySession<std::vector<wire::TranscriptItem>> transcript;
   BySession<std::vector<wire::PendingRequest>> pendingRequests;
+  BySession<std::vector<wire::QueuedMessage>> queued;
   BySession<wire::ConversationPreferences> sessionPreferences;
   bool connected = false;
   bool refreshed = false;

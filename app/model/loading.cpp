@@ -39,11 +39,13 @@ void AppModel::store(const std::string& sessionId, live::SessionUpdate update) {
   if (update.pendingRequests) {
     requestsDiffer = putFor(m_fields.pendingRequests, sessionId, std::move(*update.pendingRequests));
   }
+  const bool queueDiffers = update.queued && putFor(m_fields.queued, sessionId, std::move(*update.queued));
   const bool sessionsDiffer = update.session && live::place(m_fields.sessions, std::move(*update.session));
   const bool contactDiffers = update.contact && put(m_fields.lastContact, m_surroundings.clock.now());
 
   if (transcriptDiffers) emit transcriptChanged(sessionId);
   if (requestsDiffer) emit pendingRequestsChanged(sessionId);
+  if (queueDiffers) emit queuedChanged(sessionId);
   if (sessionsDiffer) emit sessionsChanged();
   if (contactDiffers) emit lastContactChanged();
   announce();

@@ -68,6 +68,7 @@ void AppModel::forgetPairing() {
   m_sessionLoadGeneration.forgetAll();
   const auto transcripts = std::exchange(m_fields.transcript, {});
   const auto requests = std::exchange(m_fields.pendingRequests, {});
+  const auto queues = std::exchange(m_fields.queued, {});
   const auto preferences = std::exchange(m_fields.sessionPreferences, {});
   assign(m_fields.sessions, {}, &AppModel::sessionsChanged);
   assign(m_fields.rateLimit, {}, &AppModel::rateLimitChanged);
@@ -77,6 +78,7 @@ void AppModel::forgetPairing() {
   assign(m_fields.searchResults, {}, &AppModel::searchResultsChanged);
   for (const auto& [sessionId, items] : transcripts) emit transcriptChanged(sessionId);
   for (const auto& [sessionId, list] : requests) emit pendingRequestsChanged(sessionId);
+  for (const auto& [sessionId, list] : queues) emit queuedChanged(sessionId);
   for (const auto& [sessionId, chosen] : preferences) emit sessionPreferencesChanged(sessionId);
   assign(m_fields.tokenRefused, false, &AppModel::tokenRefusedChanged);
   assign(m_fields.refreshed, false, &AppModel::refreshedChanged);
