@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QVariant>
 #include <boost/describe/members.hpp>
@@ -66,6 +67,13 @@ struct Shown<E> {
 template <>
 struct Shown<base::Url> {
   static QVariant variant(const base::Url& value) { return QString::fromStdString(value.text()); }
+};
+
+/// State of its own that a row leads to; the list's owner keeps it alive.
+template <class T>
+  requires std::is_base_of_v<QObject, T>
+struct Shown<T*> {
+  static QVariant variant(T* value) { return QVariant::fromValue(value); }
 };
 
 /// An absent value is an invalid variant: `undefined` in QML.

@@ -47,10 +47,14 @@ QtObject {
     readonly property font body: scaled(17, Font.Normal)
     readonly property font callout: scaled(16, Font.Normal)
     readonly property font subheadline: scaled(15, Font.Normal)
+    readonly property font subheadlineMedium: scaled(15, Font.Medium)
     readonly property font footnote: scaled(13, Font.Normal)
     readonly property font caption: scaled(12, Font.Normal)
     readonly property font captionBold: scaled(12, Font.Bold)
     readonly property font caption2Bold: scaled(11, Font.Bold)
+    readonly property string codeFamily: "monospace"
+    readonly property font code: monospaced(16)
+    readonly property font codeCaption: monospaced(12)
     /// Factors on the font's own line height, which differs by a fifth between fonts, so that lines stand 1.3 and 1.2
     /// times their size apart.
     readonly property real readingLeading: Math.max(1, 1.3 * body.pixelSize / bodyMetrics.lineSpacing)
@@ -84,6 +88,13 @@ QtObject {
     /// The surface under a veil of the colour: `percent` of it, twice that in high contrast.
     function tinted(base: color, percent: real): color {
         return Qt.tint(root.surface, Qt.rgba(base.r, base.g, base.b, percent * (root.highContrast ? 2 : 1) / 100));
+    }
+
+    function monospaced(pixels: real): font {
+        return Qt.font({
+            family: root.codeFamily,
+            pixelSize: Math.round(pixels * root.textScale)
+        });
     }
 
     function scaled(pixels: real, weight: int): font {

@@ -55,6 +55,12 @@ const QHash<QString, char16_t>& glyphs() {
       {QStringLiteral("terminal"), 0xEB8E},
       {QStringLiteral("waveform"), 0xE1B8},
       {QStringLiteral("wrench.and.screwdriver"), 0xF10B},
+      {QStringLiteral("arrow.down"), 0xE5DB},
+      {QStringLiteral("arrow.uturn.left"), 0xE166},
+      {QStringLiteral("clock.arrow.up"), 0xEA0A},
+      {QStringLiteral("doc.on.doc"), 0xE14D},
+      {QStringLiteral("doc.text"), 0xE873},
+      {QStringLiteral("text.word.spacing"), 0xE25B},
       {QStringLiteral("xmark"), 0xE5CD},
       {QStringLiteral("xmark.octagon.fill"), 0xE99A},
   };
