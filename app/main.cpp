@@ -14,8 +14,12 @@
 #include <QtQuickControls2/QQuickStyle>
 #include <cstdio>
 
+#include "app/device/draft_store.h"
+#include "app/device/speech_transcriber.h"
 #include "app/model/app_model.h"
 #include "app/notify.h"
+#include "app/platform/microphone_multimedia.h"
+#include "app/platform/speech_recogniser_process.h"
 #include "app/screens/shell/shell_state.h"
 #include "app/ui/appearance.h"
 
@@ -110,6 +114,19 @@ double secondsNow() {
   return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / kMillisecondsInSecond;
 }
 
+varnel::screens::SessionServices sessionServices(varnel::device::DraftStore& drafts,
+                                                 std::shared_ptr<varnel::platform::DefaultsStore> defaults) {
+  auto services = varnel::screens::systemServices();
+  services.drafts = &drafts;
+  services.makeSpeech = [defaults = std::move(defaults)] {
+    return std::make_unique<varnel::device::SpeechTranscriber>(varnel::device::SpeechTranscriber::Device{
+        .microphone = std::make_shared<varnel::platform::MultimediaMicrophone>(),
+        .recogniser = std::make_shared<varnel::platform::ProcessSpeechRecogniser>(varnel::platform::dictationHelper()),
+        .defaults = defaults});
+  };
+  return services;
+}
+
 QString clipboardText() {
   return QGuiApplication::clipboard()->text();
 }
@@ -127,9 +144,14 @@ int main(int argc, char* argv[]) {
 
   const QString code = options.pairFrom.isEmpty() ? QString() : takeCode(options.pairFrom);
 
-  varnel::model::AppModel model(surroundingsFor(options));
+  auto surroundings = surroundingsFor(options);
+  const auto defaults = surroundings.defaults;
+  varnel::device::DraftStore drafts(*defaults);
+  surroundings.onUnpair.emplace_back([&drafts] { drafts.clear(); });
+  varnel::model::AppModel model(std::move(surroundings));
   varnel::ui::Appearance appearance(options.scheme, QDBusConnection::sessionBus());
-  varnel::screens::ShellState shell(model, {.now = secondsNow, .clipboard = clipboardText});
+  varnel::screens::ShellState shell(
+      model, {.now = secondsNow, .clipboard = clipboardText, .session = sessionServices(drafts, defaults)});
 
   QQuickStyle::setStyle(QStringLiteral("VarnelStyle"));
   NoNetworkFactory noNetwork;

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
-// Not bound: a ListView of Qt 6.4 silently drops a bound header or footer.
+// Not bound: the list in it has a header.
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Dialogs
 import Varnel.Ui
 import Varnel.Screens
 
-/// One conversation. It opens at its end and stays there while the reader does; whoever scrolled up is left alone.
+/// One conversation: what was said, what is waited for, and what is said next.
 FocusScope {
     id: root
 
@@ -15,6 +16,35 @@ FocusScope {
 
     signal backRequested
 
+    Shortcut {
+        sequence: "Ctrl+."
+        onActivated: root.session.composer.stop()
+    }
+    Shortcut {
+        sequence: "Ctrl+End"
+        onActivated: list.goToEnd()
+    }
+    Connections {
+        target: root.session
+        function onDeclined(): void {
+            composer.focusField();
+        }
+        function onCopied(): void {
+            note.show();
+        }
+    }
+
+    Connections {
+        target: Qt.application
+        function onStateChanged(): void {
+            root.session.composer.saveDraft();
+        }
+    }
+    // The veils over it are mixed for this ground.
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.surface
+    }
     TitleBar {
         id: bar
 
@@ -24,158 +54,139 @@ FocusScope {
         onBackRequested: root.backRequested()
 
         Spinner {
-            width: Theme.touchTarget
+            anchors.verticalCenter: parent ? parent.verticalCenter : undefined
+            width: visible ? Theme.touchTarget : 0
             visible: root.session.working
             running: visible
             Accessible.role: Accessible.Animation
             Accessible.name: qsTr("Codex is working")
         }
-    }
-    // Above the transcript and not in it, so that it is seen wherever the reader stands.
-    Flickable {
-        id: waiting
+        SymbolButton {
+            symbol: root.session.pinSymbol
+            label: root.session.pinLabel
+            tone: root.session.pinned ? Theme.accent : Theme.secondary
+            onClicked: root.session.togglePin()
+        }
+        SymbolButton {
+            id: actionsButton
 
-        anchors.top: bar.bottom
-        width: parent.width
-        height: noticeRepeater.count > 0 ? Math.min(noticeColumn.height, parent.height * 0.4) : 0
-        contentWidth: width
-        contentHeight: noticeColumn.height
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-
-        Column {
-            id: noticeColumn
-
-            x: list.side
-            width: parent.width - 2 * list.side
-            topPadding: Theme.margin
-            bottomPadding: Theme.unit
-            spacing: Theme.unit
-
-            Repeater {
-                id: noticeRepeater
-
-                model: root.session.notices
-
-                // qmllint disable unqualified
-                RequestNotice {
-                    width: noticeColumn.width
-                }
-                // qmllint enable unqualified
-            }
+            symbol: "ellipsis.circle"
+            label: qsTr("Conversation actions")
+            tone: Theme.secondary
+            onClicked: actions.popup(actionsButton, actionsButton.width - actions.width, actionsButton.height)
         }
     }
-    ListView {
+    TranscriptView {
         id: list
 
-        readonly property real side: Math.max(Theme.margin, (width - Theme.contentWidth) / 2)
-        property bool atEnd: true
-
-        function keepEnd(): void {
-            if (atEnd && !moving && !dragging)
-                positionViewAtEnd();
-        }
-        function scrollBy(distance: real): void {
-            contentY = Math.max(originY, Math.min(contentY + distance, originY + contentHeight - height));
-            atEnd = atYEnd;
-        }
-        /// Whether the key is one that moves through the text.
-        function readBy(key: int): bool {
-            const page = Math.max(Theme.touchTarget, height - Theme.touchTarget);
-            const distances = {
-                [Qt.Key_Up]: -Theme.touchTarget,
-                [Qt.Key_Down]: Theme.touchTarget,
-                [Qt.Key_PageUp]: -page,
-                [Qt.Key_PageDown]: page
-            };
-            if (key === Qt.Key_Home) {
-                atEnd = false;
-                positionViewAtBeginning();
-            } else if (key === Qt.Key_End) {
-                atEnd = true;
-                positionViewAtEnd();
-            } else if (distances[key] !== undefined) {
-                scrollBy(distances[key]);
-            } else {
-                return false;
-            }
-            return true;
-        }
-
-        objectName: "transcript"
-        anchors.top: waiting.bottom
-        anchors.bottom: composer.top
+        anchors.top: bar.bottom
+        anchors.bottom: bottom.top
         width: parent.width
         focus: true
-        clip: true
-        spacing: Theme.unit
-        activeFocusOnTab: true
-        keyNavigationEnabled: false
-        currentIndex: -1
-        boundsBehavior: Flickable.StopAtBounds
-        cacheBuffer: 800
-        model: root.session.rows
-        Accessible.role: Accessible.List
-        Accessible.name: qsTr("Transcript")
-        // Not while a finger or its swing moves it.
-        onMovementStarted: atEnd = false
-        onMovementEnded: atEnd = atYEnd
-        onContentHeightChanged: settle.restart()
-        // Positioning replaces estimated heights by real ones, which moves the origin and with it the end.
-        onOriginYChanged: settle.restart()
-        onHeightChanged: settle.restart()
-        onCountChanged: settle.restart()
-        Keys.onPressed: event => event.accepted = readBy(event.key)
-
-        header: Item {
-            width: 1
-            height: Theme.margin
-        }
-        footer: Item {
-            width: 1
-            height: Theme.margin
-        }
-        // qmllint disable unqualified
-        delegate: TranscriptDelegate {
-            x: list.side
-            width: list.width - 2 * list.side
-        }
-        // qmllint enable unqualified
-        ScrollBar.vertical: ScrollBar {
-            onPressedChanged: if (!pressed)
-                list.atEnd = list.atYEnd
-        }
-        // Both wait for the turn of the event loop in which the list has taken in what changed.
-        Timer {
-            id: settle
-
-            interval: 0
-            onTriggered: list.keepEnd()
-        }
-        Timer {
-            id: noteEnd
-
-            interval: 0
-            onTriggered: list.atEnd = list.atYEnd
-        }
-        WheelHandler {
-            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-            blocking: false
-            onWheel: noteEnd.restart()
-        }
+        session: root.session
     }
     Spinner {
-        anchors.centerIn: parent
-        visible: root.session.loading
+        anchors.centerIn: list
+        visible: root.session.transcript.loading
         size: 32
         Accessible.role: Accessible.Animation
         Accessible.name: qsTr("Loading conversation")
     }
-    Composer {
-        id: composer
+    EmptyState {
+        anchors.centerIn: list
+        width: list.width - 4 * Theme.margin
+        visible: list.count === 0 && !root.session.transcript.loading && root.session.requestCount === 0
+        symbol: "bubble.left.and.text.bubble.right"
+        title: qsTr("No messages yet")
+    }
+    JumpButton {
+        anchors.right: list.right
+        anchors.rightMargin: list.side
+        anchors.bottom: list.bottom
+        anchors.bottomMargin: Theme.unit
+        visible: !list.atYEnd && !list.atEnd && list.count > 0
+        replies: root.session.transcript.repliesBelow
+        onClicked: list.goToEnd()
+    }
+    CopiedNote {
+        id: note
+
+        anchors.horizontalCenter: list.horizontalCenter
+        anchors.bottom: list.bottom
+        anchors.bottomMargin: Theme.margin
+    }
+    Column {
+        id: bottom
 
         anchors.bottom: parent.bottom
         width: parent.width
+
+        WaitingBar {
+            width: bottom.width
+            visible: list.requestsOutOfView
+            onClicked: list.goToRequests()
+        }
+        ArchivedBar {
+            width: bottom.width
+            visible: root.session.archived
+            onUnarchiveRequested: root.session.unarchive()
+        }
+        Composer {
+            id: composer
+
+            width: bottom.width
+            visible: !root.session.archived
+            session: root.session
+            onPickRequested: picker.open()
+            onSettingsRequested: settings.open()
+        }
+    }
+    DropArea {
+        anchors.fill: parent
+        enabled: !root.session.archived
+        onEntered: drag => drag.accepted = drag.hasUrls
+        onDropped: drop => root.session.composer.attachFiles(drop.urls)
+    }
+    ChoiceMenu {
+        id: actions
+
+        title: qsTr("Conversation actions")
+
+        ChoiceItem {
+            text: qsTr("Rename")
+            symbol: "pencil"
+            onTriggered: root.session.beginRename()
+        }
+        ChoiceItem {
+            text: qsTr("Archive")
+            symbol: "archivebox"
+            onTriggered: root.session.archive()
+        }
+        ChoiceItem {
+            text: qsTr("Copy resume command")
+            symbol: "terminal"
+            onTriggered: root.session.copyResumeCommand()
+        }
+    }
+    SettingsMenu {
+        id: settings
+
+        x: root.width - width - Theme.unit
+        y: bottom.y - height + Theme.half
+        settings: root.session.settings
+    }
+    RenameDialog {
         session: root.session
+    }
+    LinkDialog {
+        session: root.session
+    }
+    FileDialog {
+        id: picker
+
+        title: qsTr("Attach image or video")
+        fileMode: FileDialog.OpenFiles
+        nameFilters: [qsTr("Images and videos (%1)").arg("*.png *.jpg *.jpeg *.gif *.webp *.heic *.bmp *.mp4 *.mov *.webm *.mkv *.avi"), qsTr("All files (*)")]
+        onAccepted: root.session.composer.attachFiles(selectedFiles)
     }
 }

@@ -3,33 +3,36 @@
 #include "app/screens/session/session_view_state.h"
 
 #include <QtCore/QPointer>
-#include <algorithm>
+#include <QtCore/QRegularExpression>
 #include <stop_token>
 #include <utility>
 
 #include "app/client/api_client.h"
+#include "app/device/speech_transcriber.h"
 #include "app/model/app_model.h"
+#include "core/base/plain_sight.h"
 
 namespace varnel::screens {
 
-SessionViewState::SessionViewState(model::AppModel& model, const QString& sessionId, QObject* parent)
-    : QObject(parent), m_model(model), m_sessionId(sessionId.toStdString()) {
-  connect(&model, &model::AppModel::sessionsChanged, this, [this] {
-    emit summaryChanged();
-    emit composerChanged();
-  });
-  connect(&model, &model::AppModel::modelsChanged, this, &SessionViewState::composerChanged);
-  connect(&model, &model::AppModel::sessionPreferencesChanged, this, &SessionViewState::composerChanged);
-  connect(&model, &model::AppModel::transcriptChanged, this, [this](const std::string& id) {
-    if (id == m_sessionId) updateRows();
-  });
+SessionViewState::SessionViewState(model::AppModel& model, const QString& sessionId, const SessionServices& services,
+                                   QObject* parent)
+    : QObject(parent),
+      m_model(model),
+      m_sessionId(sessionId.toStdString()),
+      m_services(services),
+      m_transcript(model, m_sessionId, this),
+      m_settings(model, m_sessionId, this),
+      m_composer(model, m_sessionId, m_settings, services, this),
+      m_dictation(services.makeSpeech ? services.makeSpeech() : nullptr, model, m_composer, this),
+      m_requests([this](wire::PendingRequest request) { return makeCard(std::move(request)); }, this) {
+  connect(&model, &model::AppModel::sessionsChanged, this, &SessionViewState::updateSummary);
+  connect(&model, &model::AppModel::archivedSessionIdsChanged, this, &SessionViewState::archivedChanged);
   connect(&model, &model::AppModel::pendingRequestsChanged, this, [this](const std::string& id) {
-    if (id == m_sessionId) updateNotices();
+    if (id == m_sessionId) m_requests.update(m_model.pendingRequests(m_sessionId));
   });
-  updateRows();
-  updateNotices();
-  m_model.loadSession(m_sessionId);
-  loadControls();
+  connect(&m_requests, &RequestCards::countChanged, this, &SessionViewState::requestCountChanged);
+  m_requests.update(m_model.pendingRequests(m_sessionId));
+  updateSummary();
 }
 
 QString SessionViewState::title() const {
@@ -40,126 +43,134 @@ bool SessionViewState::isWorking() const {
   return session() != nullptr && session()->state == wire::CodexTurnState::Working;
 }
 
-bool SessionViewState::isLoading() const {
-  return !m_controlsReady && !m_model.isLoaded(m_sessionId) && m_model.transcript(m_sessionId).empty();
+bool SessionViewState::isPinned() const {
+  return session() != nullptr && session()->pinned;
 }
 
-void SessionViewState::setMessage(const QString& message) {
-  if (m_message == message) return;
-  m_message = message;
-  emit messageChanged();
-  emit composerChanged();
+QString SessionViewState::pinSymbol() const {
+  return isPinned() ? QStringLiteral("pin.fill") : QStringLiteral("pin");
 }
 
-bool SessionViewState::isSendEnabled() const {
-  if (isActive()) return !m_stopping;
-  return !m_sending && !m_message.trimmed().isEmpty() && preferences();
+QString SessionViewState::pinLabel() const {
+  return isPinned() ? tr("Unpin conversation") : tr("Pin conversation");
 }
 
-QString SessionViewState::sendLabel() const {
-  return isActive() ? tr("Stop current task") : tr("Send message");
+bool SessionViewState::isArchived() const {
+  return m_model.archivedSessionIds().contains(m_sessionId);
 }
 
-QString SessionViewState::sendSymbol() const {
-  return isActive() ? QStringLiteral("stop.fill") : QStringLiteral("arrow.up");
+void SessionViewState::setRenameText(const QString& text) {
+  if (m_renameText == text) return;
+  m_renameText = text;
+  emit renameChanged();
 }
 
-void SessionViewState::sendOrStop() {
-  if (!isSendEnabled()) return;
-  if (isActive()) {
-    stopTask();
-  } else {
-    send();
+QString SessionViewState::linkAddress() const {
+  return QString::fromStdString(base::inPlainSight(m_link.toStdString()));
+}
+
+bool SessionViewState::linkOpens() const {
+  const QUrl url(m_link, QUrl::StrictMode);
+  const QString scheme = url.scheme();
+  return url.isValid() && !url.host().isEmpty() &&
+         (scheme == QLatin1String("https") || scheme == QLatin1String("http"));
+}
+
+void SessionViewState::togglePin() {
+  pin();
+}
+
+void SessionViewState::beginRename() {
+  const auto* summary = session();
+  m_renameText = summary == nullptr ? QString() : QString::fromStdString(summary->name.value_or(summary->project));
+  setShowingRename(true);
+}
+
+void SessionViewState::saveName() {
+  if (!isRenameEnabled()) return;
+  m_model.rename(m_sessionId, m_renameText.toStdString());
+  setShowingRename(false);
+}
+
+void SessionViewState::cancelRename() {
+  setShowingRename(false);
+}
+
+void SessionViewState::archive() {
+  m_model.archive(m_sessionId);
+}
+
+void SessionViewState::unarchive() {
+  m_model.unarchive(m_sessionId);
+}
+
+void SessionViewState::askLink(const QString& address) {
+  m_link = address;
+  emit linkChanged();
+}
+
+void SessionViewState::openLink() {
+  if (linkOpens()) m_services.openUrl(QUrl(m_link, QUrl::StrictMode));
+  dismissLink();
+}
+
+void SessionViewState::copyLink() {
+  copyText(m_link);
+  dismissLink();
+}
+
+void SessionViewState::dismissLink() {
+  askLink({});
+}
+
+void SessionViewState::copyText(const QString& text) {
+  m_services.copyText(text);
+  emit copied();
+}
+
+void SessionViewState::useAgain(const QString& text) {
+  m_composer.putInFront(text);
+}
+
+void SessionViewState::copyResumeCommand() {
+  QString id = sessionId();
+  static const QRegularExpression kPlain(QStringLiteral("^[A-Za-z0-9._-]+$"));
+  if (!kPlain.match(id).hasMatch()) {
+    id = QLatin1Char('\'') + id.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
   }
-}
-
-void SessionViewState::send() {
-  if (isActive() || !isSendEnabled()) return;
-  const QString text = m_message.trimmed();
-  m_sending = true;
-  setMessage({});
-  emit composerChanged();
-  sendText(text);
+  copyText(QStringLiteral("varnel attach ") + id);
 }
 
 const wire::SessionSummary* SessionViewState::session() const {
   return m_model.session(m_sessionId);
 }
 
-bool SessionViewState::isActive() const {
-  return session() != nullptr && session()->active;
+PendingRequestCardState* SessionViewState::makeCard(wire::PendingRequest request) {
+  auto* card = new PendingRequestCardState(m_model, std::move(request), m_services.now, this);
+  connect(card, &PendingRequestCardState::declined, this, &SessionViewState::declined);
+  return card;
 }
 
-std::optional<wire::ConversationPreferences> SessionViewState::preferences() const {
-  if (!m_controlsReady) return std::nullopt;
-  if (auto stored = m_model.preferences(m_sessionId)) {
-    stored->serviceTier = stored->serviceTier == "priority" ? "priority" : "default";
-    if (stored->model.empty() || stored->reasoningEffort.empty()) return std::nullopt;
-    return stored;
-  }
-  const auto& models = m_model.models();
-  if (models.empty()) return std::nullopt;
-  const auto preferred = std::ranges::find_if(models, &wire::ModelOption::isDefault);
-  const wire::ModelOption& chosen = preferred == models.end() ? models.front() : *preferred;
-  wire::ConversationPreferences result{.model = chosen.id, .reasoningEffort = {}, .serviceTier = "default"};
-  if (chosen.defaultEffort) {
-    result.reasoningEffort = *chosen.defaultEffort;
-  } else if (!chosen.efforts.empty()) {
-    result.reasoningEffort = chosen.efforts.front();
-  }
-  if (result.model.empty() || result.reasoningEffort.empty()) return std::nullopt;
-  return result;
+void SessionViewState::updateSummary() {
+  m_plan.setPlan(session() != nullptr ? session()->plan : std::nullopt);
+  emit summaryChanged();
 }
 
-void SessionViewState::updateRows() {
-  m_rows.assign(makeTranscriptRows(m_model.transcript(m_sessionId)));
-  emit transcriptChanged();
+void SessionViewState::setShowingRename(bool showing) {
+  m_showingRename = showing;
+  emit renameChanged();
 }
 
-void SessionViewState::updateNotices() {
-  m_notices.assign(makeRequestNotices(m_model.pendingRequests(m_sessionId)));
-}
-
-// The conversation is read once more behind the lists: what it says of itself is the newer.
-QCoro::Task<> SessionViewState::loadControls() {
-  const QPointer self(this);
+QCoro::Task<> SessionViewState::pin() {
   const QPointer model(&m_model);
-  co_await model->refresh(false);
-  if (!self || !model) co_return;
-  co_await model->loadSession(m_sessionId);
-  if (!self || !model) co_return;
-  m_controlsReady = true;
-  emit transcriptChanged();
-  emit composerChanged();
-}
-
-QCoro::Task<> SessionViewState::sendText(QString text) {
-  const QPointer self(this);
-  const auto chosen = preferences();
-  const bool sent = chosen && co_await m_model.sendMessage(m_sessionId, text.toStdString(), *chosen, {}, false);
-  if (!self) co_return;
-  m_sending = false;
-  // Words typed while the failed message was under way are kept behind it.
-  if (!sent) setMessage(m_message.isEmpty() ? text : text + QLatin1Char('\n') + m_message);
-  emit composerChanged();
-}
-
-QCoro::Task<> SessionViewState::stopTask() {
-  const QPointer self(this);
-  const QPointer model(&m_model);
-  const std::string id = m_sessionId;
   const std::stop_token pairing = model->pairingToken();
-  m_stopping = true;
-  emit composerChanged();
-  const auto interrupted = co_await model->client().interrupt(id, pairing);
-  if (!model) co_return;
-  if (self) {
-    m_stopping = false;
-    emit composerChanged();
+  const auto tracked = co_await model->client().track(m_sessionId, !isPinned(), std::nullopt, pairing);
+  if (!model || pairing.stop_requested()) co_return;
+  if (tracked) {
+    co_await model->refresh(true);
+  } else {
+    model->report(tracked.error());
   }
-  if (pairing.stop_requested()) co_return;
-  if (!interrupted) model->report(interrupted.error());
-  co_await model->loadSession(id);
 }
 
 }  // namespace varnel::screens

@@ -7,11 +7,16 @@
 #include <QtCore/QAbstractItemModel>
 #include <QtCore/QObject>
 #include <QtCore/QString>
-#include <optional>
+#include <QtCore/QUrl>
 #include <string>
 
-#include "app/lists/record_list_model.h"
-#include "app/screens/session/transcript_row.h"
+#include "app/screens/session/composer_state.h"
+#include "app/screens/session/dictation_state.h"
+#include "app/screens/session/plan_card_state.h"
+#include "app/screens/session/request_cards.h"
+#include "app/screens/session/session_services.h"
+#include "app/screens/session/session_settings.h"
+#include "app/screens/session/transcript_state.h"
 #include "core/wire/session.h"
 
 namespace varnel::model {
@@ -20,8 +25,8 @@ class AppModel;
 
 namespace varnel::screens {
 
-/// One open conversation: what was said, what the agent waits for, and the composer. Made when the conversation is
-/// opened, which loads it, and gone when it is closed.
+/// One open conversation: its header and what can be done with it as a whole, and the state of each part of its screen.
+/// Made when the conversation is opened, which loads it, and gone when it is closed.
 class SessionViewState : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -29,62 +34,98 @@ class SessionViewState : public QObject {
   Q_PROPERTY(QString sessionId READ sessionId CONSTANT)
   Q_PROPERTY(QString title READ title NOTIFY summaryChanged)
   Q_PROPERTY(bool working READ isWorking NOTIFY summaryChanged)
-  Q_PROPERTY(bool loading READ isLoading NOTIFY transcriptChanged)
-  Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
-  Q_PROPERTY(QAbstractItemModel* notices READ notices CONSTANT)
-  Q_PROPERTY(QString message READ message WRITE setMessage NOTIFY messageChanged)
-  Q_PROPERTY(bool busy READ isBusy NOTIFY composerChanged)
-  Q_PROPERTY(bool sendEnabled READ isSendEnabled NOTIFY composerChanged)
-  Q_PROPERTY(QString sendLabel READ sendLabel NOTIFY composerChanged)
-  Q_PROPERTY(QString sendSymbol READ sendSymbol NOTIFY composerChanged)
+  Q_PROPERTY(bool pinned READ isPinned NOTIFY summaryChanged)
+  Q_PROPERTY(QString pinSymbol READ pinSymbol NOTIFY summaryChanged)
+  Q_PROPERTY(QString pinLabel READ pinLabel NOTIFY summaryChanged)
+  Q_PROPERTY(bool archived READ isArchived NOTIFY archivedChanged)
+  Q_PROPERTY(varnel::screens::TranscriptState* transcript READ transcript CONSTANT)
+  Q_PROPERTY(varnel::screens::SessionSettings* settings READ settings CONSTANT)
+  Q_PROPERTY(varnel::screens::ComposerState* composer READ composer CONSTANT)
+  Q_PROPERTY(varnel::screens::DictationState* dictation READ dictation CONSTANT)
+  Q_PROPERTY(varnel::screens::PlanCardState* plan READ plan CONSTANT)
+  Q_PROPERTY(QAbstractItemModel* requests READ requests CONSTANT)
+  Q_PROPERTY(int requestCount READ requestCount NOTIFY requestCountChanged)
+  Q_PROPERTY(bool showingRename READ isShowingRename NOTIFY renameChanged)
+  Q_PROPERTY(QString renameText READ renameText WRITE setRenameText NOTIFY renameChanged)
+  Q_PROPERTY(bool renameEnabled READ isRenameEnabled NOTIFY renameChanged)
+  Q_PROPERTY(QString linkAddress READ linkAddress NOTIFY linkChanged)
+  Q_PROPERTY(bool linkOpens READ linkOpens NOTIFY linkChanged)
 
  public:
-  SessionViewState(model::AppModel& model, const QString& sessionId, QObject* parent = nullptr);
+  SessionViewState(model::AppModel& model, const QString& sessionId, QObject* parent = nullptr)
+      : SessionViewState(model, sessionId, systemServices(), parent) {}
+  SessionViewState(model::AppModel& model, const QString& sessionId, const SessionServices& services,
+                   QObject* parent = nullptr);
 
   [[nodiscard]] QString sessionId() const { return QString::fromStdString(m_sessionId); }
   [[nodiscard]] QString title() const;
   [[nodiscard]] bool isWorking() const;
-  /// Nothing of the conversation is here yet and it is being fetched.
-  [[nodiscard]] bool isLoading() const;
-  [[nodiscard]] QAbstractItemModel* rows() { return &m_rows; }
-  [[nodiscard]] QAbstractItemModel* notices() { return &m_notices; }
-  [[nodiscard]] QString message() const { return m_message; }
-  void setMessage(const QString& message);
-  [[nodiscard]] bool isBusy() const { return m_sending || m_stopping; }
-  [[nodiscard]] bool isSendEnabled() const;
-  [[nodiscard]] QString sendLabel() const;
-  [[nodiscard]] QString sendSymbol() const;
+  [[nodiscard]] bool isPinned() const;
+  [[nodiscard]] QString pinSymbol() const;
+  [[nodiscard]] QString pinLabel() const;
+  [[nodiscard]] bool isArchived() const;
+  [[nodiscard]] TranscriptState* transcript() { return &m_transcript; }
+  [[nodiscard]] SessionSettings* settings() { return &m_settings; }
+  [[nodiscard]] ComposerState* composer() { return &m_composer; }
+  [[nodiscard]] DictationState* dictation() { return &m_dictation; }
+  [[nodiscard]] PlanCardState* plan() { return &m_plan; }
+  /// The unanswered requests, as cards.
+  [[nodiscard]] QAbstractItemModel* requests() { return m_requests.rows(); }
+  [[nodiscard]] int requestCount() const { return m_requests.count(); }
+  [[nodiscard]] bool isShowingRename() const { return m_showingRename; }
+  [[nodiscard]] QString renameText() const { return m_renameText; }
+  void setRenameText(const QString& text);
+  [[nodiscard]] bool isRenameEnabled() const { return !m_renameText.trimmed().isEmpty(); }
+  /// Where the link leads that is asked about, with nothing hidden in it; empty when none is.
+  [[nodiscard]] QString linkAddress() const;
+  /// Web addresses alone are opened.
+  [[nodiscard]] bool linkOpens() const;
 
-  /// Sends the message, or stops the task while one runs. The text comes back when the bridge did not take it.
-  Q_INVOKABLE void sendOrStop();
-  /// Sends the message and never stops anything; for the keyboard, where one shortcut must not do two things.
-  Q_INVOKABLE void send();
+  Q_INVOKABLE void togglePin();
+  Q_INVOKABLE void beginRename();
+  Q_INVOKABLE void saveName();
+  Q_INVOKABLE void cancelRename();
+  Q_INVOKABLE void archive();
+  Q_INVOKABLE void unarchive();
+  Q_INVOKABLE void askLink(const QString& address);
+  Q_INVOKABLE void openLink();
+  Q_INVOKABLE void copyLink();
+  Q_INVOKABLE void dismissLink();
+  Q_INVOKABLE void copyText(const QString& text);
+  /// Into the field, in front of what is written.
+  Q_INVOKABLE void useAgain(const QString& text);
+  /// The command that goes on with this conversation in a terminal of the host.
+  Q_INVOKABLE void copyResumeCommand();
 
  signals:
   void summaryChanged();
-  void transcriptChanged();
-  void messageChanged();
-  void composerChanged();
+  void archivedChanged();
+  void requestCountChanged();
+  void renameChanged();
+  void linkChanged();
+  void copied();
+  /// A request was declined: there may be a word to say to that.
+  void declined();
 
  private:
   [[nodiscard]] const wire::SessionSummary* session() const;
-  [[nodiscard]] bool isActive() const;
-  /// What the next message is sent with; nothing before the controls are ready and while no model is known.
-  [[nodiscard]] std::optional<wire::ConversationPreferences> preferences() const;
-  void updateRows();
-  void updateNotices();
-  QCoro::Task<> loadControls();
-  QCoro::Task<> sendText(QString text);
-  QCoro::Task<> stopTask();
+  [[nodiscard]] PendingRequestCardState* makeCard(wire::PendingRequest request);
+  void updateSummary();
+  void setShowingRename(bool showing);
+  QCoro::Task<> pin();
 
   model::AppModel& m_model;
   std::string m_sessionId;
-  lists::RecordListModel<TranscriptRow> m_rows;
-  lists::RecordListModel<RequestNotice> m_notices;
-  QString m_message;
-  bool m_sending = false;
-  bool m_stopping = false;
-  bool m_controlsReady = false;  ///< what is chosen for this conversation may be read
+  SessionServices m_services;
+  TranscriptState m_transcript;  ///< first: its load begins before that of the settings
+  SessionSettings m_settings;
+  ComposerState m_composer;
+  DictationState m_dictation;
+  PlanCardState m_plan;
+  RequestCards m_requests;
+  bool m_showingRename = false;
+  QString m_renameText;
+  QString m_link;
 };
 
 }  // namespace varnel::screens

@@ -3,40 +3,40 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <set>
+#include <string>
 #include <vector>
 
-#include "core/wire/request.h"
 #include "core/wire/transcript.h"
 
 namespace varnel::screens {
 
-/// One entry of a conversation as the screen shows it: a message in full, or one line for something the agent did.
-struct TranscriptRow {
-  QString itemId;
-  bool message = false;
-  bool fromUser = false;
-  QString author;  ///< of a message
-  QString text;    ///< of a message: what was written, never markup; of a tool: its title
-  QString status;  ///< of a tool: the agent's word for how it stands, made readable; empty when it gave none
-  QString spoken;  ///< the whole row in one sentence, for assistive tools
+/// Something the agent did, in an unfolded group.
+struct ToolEntry {
+  QString title;
+  QString status;  ///< the agent's word for how it stands, made readable; empty when it gave none
+  QString diff;    ///< HTML of the changes to files, made here; empty when there are none
+  QString detail;  ///< the whole detail as JSON; empty when there is none
+  bool operator==(const ToolEntry&) const = default;
+};
 
-  [[nodiscard]] const QString& identity() const { return itemId; }
+/// One row of a conversation: a message, or everything the agent did between two messages. The text stays what the
+/// bridge sent; it is parsed where it is shown.
+struct TranscriptRow {
+  std::string rowId;
+  std::string kind;       ///< message or tools: the name of its delegate
+  bool fromUser = false;  ///< of a message
+  std::string text;       ///< of a message: markdown; of a group: what stands on it while it is folded
+  bool expanded = false;
+  std::vector<ToolEntry> entries;  ///< of an expanded group
+
+  [[nodiscard]] const std::string& identity() const { return rowId; }
   bool operator==(const TranscriptRow&) const = default;
 };
 
-/// Something the agent waits for.
-struct RequestNotice {
-  QString requestId;
-  QString method;  ///< what is asked for
+using RowIDs = std::set<std::string, std::less<>>;
 
-  [[nodiscard]] const QString& identity() const { return requestId; }
-  bool operator==(const RequestNotice&) const = default;
-};
-
-/// A row for each message, and one for each of the tools between two of them.
-std::vector<TranscriptRow> makeTranscriptRows(const std::vector<wire::TranscriptItem>& items);
-
-/// The requests that are not resolved, in their order.
-std::vector<RequestNotice> makeRequestNotices(const std::vector<wire::PendingRequest>& requests);
+/// The rows of a transcript, with the groups in `expanded` unfolded.
+std::vector<TranscriptRow> makeTranscriptRows(const std::vector<wire::TranscriptItem>& items, const RowIDs& expanded);
 
 }  // namespace varnel::screens

@@ -12,7 +12,8 @@ ShellState::ShellState(model::AppModel& model, Surroundings surroundings, QObjec
     : QObject(parent),
       m_model(model),
       m_pairing(pairWith(model), std::move(surroundings.clipboard)),
-      m_sessions(model, std::move(surroundings.now)) {
+      m_sessions(model, std::move(surroundings.now)),
+      m_sessionServices(std::move(surroundings.session)) {
   connect(&model, &model::AppModel::credentialsChanged, this, &ShellState::pairedChanged);
   connect(&model, &model::AppModel::errorMessageChanged, this, &ShellState::errorChanged);
   connect(&m_sessions, &SessionsViewState::openIdChanged, this, &ShellState::replaceSession);
@@ -41,7 +42,7 @@ void ShellState::activated() {
 void ShellState::replaceSession() {
   SessionViewState* former = m_session;
   const QString id = m_sessions.openId();
-  m_session = id.isEmpty() ? nullptr : new SessionViewState(m_model, id, this);
+  m_session = id.isEmpty() ? nullptr : new SessionViewState(m_model, id, m_sessionServices, this);
   emit sessionChanged();
   // After the signal, which sends the former screen to be deleted: that screen reads its state up to its end.
   if (former) former->deleteLater();

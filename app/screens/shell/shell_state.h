@@ -31,6 +31,7 @@ class ShellState : public QObject {
   struct Surroundings {
     std::function<double()> now;         ///< seconds since 1970
     std::function<QString()> clipboard;  ///< the text that was copied last
+    SessionServices session = systemServices();
   };
 
   ShellState(model::AppModel& model, Surroundings surroundings, QObject* parent = nullptr);
@@ -58,6 +59,7 @@ class ShellState : public QObject {
   model::AppModel& m_model;
   PairingViewState m_pairing;
   SessionsViewState m_sessions;
+  SessionServices m_sessionServices;
   QPointer<SessionViewState> m_session;
 };
 

@@ -162,8 +162,12 @@ TEST_F(LongConversation, IsReadByKeysFromEndToBeginning) {
 
 TEST_F(LongConversation, IsNotPulledFromUnderTheFinger) {
   const QPoint middle(window->width() / 2, window->height() / 2);
-  QTest::mousePress(window, Qt::LeftButton, {}, middle);
-  for (int step = 1; step <= 10; ++step) QTest::mouseMove(window, middle + QPoint(0, step * 8), 5);
+  QPointingDevice* finger = QTest::createTouchDevice();
+  QTest::touchEvent(window, finger).press(0, middle, window);
+  for (int step = 1; step <= 10; ++step) {
+    QTest::touchEvent(window, finger).move(0, middle + QPoint(0, step * 8), window);
+    support::spinFor(std::chrono::milliseconds(5));
+  }
   ASSERT_TRUE(is("dragging"));
   const double held = position();
   std::vector<std::string> items;
@@ -173,7 +177,7 @@ TEST_F(LongConversation, IsNotPulledFromUnderTheFinger) {
   ASSERT_TRUE(spinUntil([this] { return list()->property("count").toInt() == kItems + 1; }));
   settle();
   EXPECT_NEAR(position(), held, 1);
-  QTest::mouseRelease(window, Qt::LeftButton, {}, middle + QPoint(0, 80));
+  QTest::touchEvent(window, finger).release(0, middle + QPoint(0, 80), window);
 }
 
 }  // namespace
