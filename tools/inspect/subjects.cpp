@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tools/inspect/call.h"
+#include "tools/inspect/card.h"
 #include "tools/inspect/decode.h"
 #include "tools/inspect/events.h"
 #include "tools/inspect/follow.h"
@@ -26,6 +27,8 @@ constexpr auto kSubjects = std::to_array<Subject>({
     {"models", "", "a catalogue's models as the application reads them", Subject::Input::JSON, modelsConverter},
     {"reconcile", "", "{\"serverItems\", \"optimisticItems\"}: what is shown, and what was not echoed yet",
      Subject::Input::JSON, reconcileConverter},
+    {"card", "", R"(how a "request" is shown, and what "decision" or "answer" sends back)", Subject::Input::JSON,
+     cardConverter},
     {"call", "OPERATION [ARGS]", "one operation of a bridge; ARGS is a JSON object", Subject::Input::None, nullptr,
      runCall},
     {"events", "", "a bridge's events after --after N, one a line, --count K of them", Subject::Input::None, nullptr,

@@ -88,6 +88,25 @@ TEST(Markdown, IsShownAsBlocksAndRuns) {
   EXPECT_THAT(refused.error, HasSubstr("not UTF-8"));
 }
 
+TEST(Card, ShowsWhatIsOfferedAndSentBack) {
+  const auto input = [](const std::string& method, const std::string& rest) {
+    return QByteArray::fromStdString(R"({"request":{"id":"r","method":")" + method +
+                                     R"(","sessionId":"s","createdAt":1,)" +
+                                     R"("params":{"questions":[{"id":"q"}]},"resolved":false,)" + rest);
+  };
+  EXPECT_EQ(run({"card"}, input("x", R"("availableDecisions":["accept","acceptForSession","decline"]},)"
+                                     R"("decision":"acceptForSession"})"))
+                .out,
+            R"({"kind":"approval","options":["accept","acceptForSession","decline"],)"
+            R"("picker":["Approve once","Approve for session"],"result":{"decision":"acceptForSession"}})"
+            "\n");
+  EXPECT_EQ(run({"card"}, input("requestUserInput", R"("availableDecisions":[]},"answer":"yes"})")).out,
+            R"({"kind":"question","options":["accept","decline"],"picker":[],)"
+            R"("result":{"answers":{"q":{"answers":["yes"]}}}})"
+            "\n");
+  EXPECT_THAT(run({"card"}, "{}").error, HasSubstr("request: missing"));
+}
+
 TEST(Transcript, IsShownAsRowsAndItsFirstUnreadReply) {
   const std::string items = R"([{"id":"U","type":"t","timestamp":1,"role":"user"},{"id":"T","type":"t","timestamp":2},)"
                             R"({"id":"A","type":"t","timestamp":3,"role":"assistant"}])";
