@@ -92,8 +92,12 @@ AnswerParser::State AnswerParser::putEnd() {
 }
 
 Answer AnswerParser::take() {
-  const int status = static_cast<int>(m_beast->parser->get().result_int());
-  return {status, std::move(m_beast->parser->get().body())};
+  auto& response = m_beast->parser->get();
+  const auto encoding = response[http::field::content_encoding];
+  if (boost::beast::iequals(encoding, "gzip") || boost::beast::iequals(encoding, "x-gzip")) {
+    response.body().setGzip(static_cast<std::int64_t>(m_beast->bodyLimit));
+  }
+  return {static_cast<int>(response.result_int()), std::move(response.body())};
 }
 
 }  // namespace varnel::client

@@ -27,7 +27,7 @@ class AnswerParser {
     CutOff,    ///< the connection ended before the answer did
   };
 
-  /// `bodyLimit` is in bytes.
+  /// `bodyLimit` is in bytes, as they come and, of a packed body, once it is unpacked.
   explicit AnswerParser(std::int64_t bodyLimit);
   ~AnswerParser();
   AnswerParser(const AnswerParser&) = delete;

@@ -29,7 +29,7 @@ QByteArray headOf(const live::HttpRequest& request, const QUrl& url, qsizetype b
   head += "Host: " + url.authority(QUrl::FullyEncoded).section(u'@', -1).toStdString() + "\r\n";
   for (const live::Header& header : request.headers) head += header.name + ": " + header.value + "\r\n";
   if (request.method != "GET") head += "Content-Length: " + std::to_string(bodySize) + "\r\n";
-  return bytesOf(head + "Connection: close\r\n\r\n");
+  return bytesOf(head + "Accept-Encoding: gzip\r\nConnection: close\r\n\r\n");
 }
 
 /// One request and its answer. QNetworkAccessManager is not used: it sends a request again, a POST too, up to four

@@ -11,6 +11,11 @@ ClientError toClientError(live::RequestError error) {
   return error;
 }
 
+ClientError toClientError(Body::Failure failure) {
+  if (failure == Body::Failure::NotGzip) return APIError{APIError::Kind::InvalidResponse, 0, {}};
+  return TransportError{TransportError::Kind::TooLarge, "The answer of the bridge is too large."};
+}
+
 Task<Result<Body>> fetch(CallContext context, OutgoingRequest outgoing, std::stop_token stop) {
   if (!outgoing.request) co_return std::unexpected(toClientError(outgoing.request.error()));
   auto answer = co_await exchange(*std::move(outgoing.request), std::move(outgoing.file), context.limits, stop);

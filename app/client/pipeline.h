@@ -52,21 +52,26 @@ std::expected<Value, json::DecodeError> readAnswer(std::string text) {  // NOLIN
   }
 }
 
+/// What is wrong with the bytes of a body.
+ClientError toClientError(Body::Failure failure);
+
+template <class Value>
+Result<Value> readBody(Body body) {
+  auto text = std::move(body).text();
+  if (!text) return std::unexpected(toClientError(text.error()));
+  auto value = readAnswer<Value>(*std::move(text));
+  if (!value) return std::unexpected(ClientError(std::move(value).error()));
+  return Result<Value>(std::in_place, *std::move(value));
+}
+
 /// Decodes here when the body is small, else on a worker.
 template <class Value>
 Task<Result<Value>> decodeBody(Body body, std::int64_t hereLimit, std::stop_token stop) {
-  std::expected<Value, json::DecodeError> value = std::unexpected(json::DecodeError{});
-  if (body.size() <= hereLimit) {
-    value = readAnswer<Value>(std::move(body).join());
-  } else {
-    auto shared = std::make_shared<Body>(std::move(body));
-    auto decoded =
-        co_await onWorker([held = std::move(shared)] { return readAnswer<Value>(std::move(*held).join()); }, stop);
-    if (!decoded) co_return std::unexpected(decoded.error());
-    value = *std::move(decoded);
-  }
-  if (!value) co_return std::unexpected(ClientError(value.error()));
-  co_return Result<Value>(std::in_place, *std::move(value));
+  if (body.size() <= hereLimit) co_return readBody<Value>(std::move(body));
+  auto shared = std::make_shared<Body>(std::move(body));
+  auto read = co_await onWorker([held = std::move(shared)] { return readBody<Value>(std::move(*held)); }, stop);
+  if (!read) co_return std::unexpected(read.error());
+  co_return *std::move(read);
 }
 
 /// One operation: sends, waits, decodes.

@@ -28,7 +28,7 @@ Outcome read(std::string_view wire, std::size_t step, std::int64_t limit = 1000)
   if (state == State::NeedsMore) state = parser.putEnd();
   if (state != State::Done) return {state};
   Answer answer = parser.take();
-  return {state, answer.status, std::move(answer.body).join()};
+  return {state, answer.status, std::move(answer.body).text().value_or("cannot be unpacked")};
 }
 
 TEST(AnswerParser, TheSameInOnePieceAndByteByByte) {

@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
+#include <zlib.h>
+
 #include "tests/app/client/client_fixture.h"
 
 /// What the pipeline makes of each kind of answer, for the two ways a request travels: a GET and a POST.
@@ -75,6 +77,65 @@ TEST_F(Exchange, ASuccessMustBeTheRecord) {
   EXPECT_EQ(userText(errorOf(await(client.sessions()))).substr(0, 14), "sessions[0].id");
   bridge.expect("POST", kArchive, Script::json(299, "null"));
   EXPECT_TRUE(await(client.archive("s", false))) << "any JSON will do where the answer is dropped";
+}
+
+std::string packed(const std::string& text) {
+  z_stream stream{};
+  deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
+  std::string input = text;
+  std::string out(deflateBound(&stream, text.size()), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(input.data());
+  stream.avail_in = static_cast<uInt>(input.size());
+  stream.next_out = reinterpret_cast<Bytef*>(out.data());
+  stream.avail_out = static_cast<uInt>(out.size());
+  deflate(&stream, Z_FINISH);
+  out.resize(stream.total_out);
+  deflateEnd(&stream);
+  return out;
+}
+
+Script packedAnswer(int status, const std::string& bytes, const std::string& name = "gzip") {
+  Script script = Script::json(status, bytes);
+  script.bytes.insert(script.bytes.find("\r\n") + 2, "Content-Encoding: " + name + "\r\n");
+  return script;
+}
+
+TEST_F(Exchange, APackedAnswerIsTheSameAnswer) {
+  const std::string project = R"({"path":"/p","name":"n","highRisk":false})";
+  std::string many = project;
+  for (int i = 1; i < 40'000; ++i) many += "," + project;
+  const auto list = [](const std::string& projects) { return R"({"projects":[)" + projects + "]}"; };
+  for (const auto& [text, count] : {std::pair(list(project), 1U), std::pair(list(many), 40'000U)}) {
+    bridge.expect("GET", "/v1/projects", packedAnswer(200, packed(text), count == 1 ? "GZip" : "x-gzip"));
+    const auto projects = await(client.projects());
+    ASSERT_TRUE(projects) << userText(projects.error());
+    EXPECT_EQ(projects->size(), count);
+  }
+  // Two members one after the other are one text.
+  const auto half = list(project).size() / 2;
+  bridge.expect("GET", "/v1/projects",
+                packedAnswer(200, packed(list(project).substr(0, half)) + packed(list(project).substr(half))));
+  EXPECT_TRUE(await(client.projects()));
+  EXPECT_EQ(bridge.requests().back().header("Accept-Encoding"), "gzip");
+  EXPECT_THAT(failuresOf(client, packedAnswer(409, packed(R"({"error":"busy"})"))), isServer(409, "busy"));
+  EXPECT_THAT(failuresOf(client, packedAnswer(500, "torn")), isServer(500, "Bridge error"));
+}
+
+TEST_F(Exchange, APackedAnswerThatIsNoneOrTooMuch) {
+  const auto whole = packed(R"({"sessions":[]})");
+  for (const auto& bytes :
+       {std::string(R"({"sessions":[]})"), whole.substr(0, whole.size() - 1), whole + "x", std::string()}) {
+    EXPECT_THAT(failuresOf(client, packedAnswer(200, bytes)),
+                testing::Each(ClientError(APIError{APIError::Kind::InvalidResponse, 0, {}})));
+  }
+  APIClient narrow = limited({.answerLimit = 1000});
+  const auto bomb = packed(R"({"sessions":[]})" + std::string(100'000, ' '));
+  ASSERT_LT(bomb.size(), 1000U);
+  for (const auto& error : failuresOf(narrow, packedAnswer(200, bomb))) {
+    EXPECT_EQ(kindOf(error), TransportError::Kind::TooLarge);
+  }
+  bridge.always("GET", kSessions, packedAnswer(200, packed(R"({"sessions":[]})" + std::string(985, ' '))));
+  EXPECT_TRUE(await(narrow.sessions())) << "as much as there may be";
 }
 
 TEST_F(Exchange, WhatIsNotHTTPIsAnInvalidResponse) {

@@ -42,6 +42,7 @@ inline constexpr const char* kName = "/v1/sessions/s/name";
 inline constexpr const char* kArchive = "/v1/sessions/s/archive";
 inline constexpr const char* kUnarchive = "/v1/sessions/s/unarchive";
 inline constexpr const char* kArchived = "/v1/sessions/archived";
+inline constexpr const char* kSearch = "/v1/search?q=q";
 inline constexpr const char* kTracking = "/v1/tracking";
 inline constexpr const char* kClaim = "/v1/pair/claim";
 

@@ -22,6 +22,11 @@ class Teardown : public ModelTest {
     bridge.always("GET", kDetail, Script::json(200, answers::detail({})));
     bridge.always("POST", kMessages, Script::json(200, "{}"));
     bridge.always("POST", kGoal, Script::json(200, "{}"));
+    for (const auto* target : {kName, kArchive, kUnarchive, kTracking}) {
+      bridge.always("POST", target, Script::json(200, "{}"));
+    }
+    bridge.always("GET", kArchived, Script::json(200, answers::archived({"a"})));
+    bridge.always("GET", kSearch, Script::json(200, answers::found({"a"}, "more")));
     bridge.always("POST", kClaim, Script::json(200, R"({"deviceId":"device","token":"t"})"));
   }
 
@@ -30,34 +35,62 @@ class Teardown : public ModelTest {
     send("hello");
     send("aim", true);
     model->loadSession("s");
+    model->rename("s", "name");
+    model->archive("s");
+    model->unarchive("s");
+    model->loadArchived(false);
+    model->search("q");
+    model->clearActivity();
     model->pair(QString::fromStdString(answers::code(1, bridge.baseURL())));
+  }
+
+  /// Takes the model down after one turn of the event loop, after two, and so on until all it began has ended.
+  void takeDownAfterEachTurn(const std::function<void()>& takeDown) {
+    scriptEverything();
+    int turns = 0;
+    for (bool finished = false; !finished && turns < 400; ++turns) {
+      stored = credentials();
+      makePaired();
+      client::Gate gate;
+      gate.open();
+      applying = &gate;  // for a turn
+      beginEverything();
+      for (int turn = 0; turn < turns; ++turn) QCoreApplication::processEvents(QEventLoop::AllEvents);
+      finished = clock->isSleeping();
+      takeDown();
+      for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents(QEventLoop::AllEvents);
+      applying = nullptr;
+    }
+    EXPECT_GT(turns, 5) << "it was in the middle at least sometimes";
   }
 };
 
 TEST_F(Teardown, AfterAnyNumberOfTurnsOfTheEventLoop) {
-  scriptEverything();
-  int turns = 0;
-  for (bool finished = false; !finished && turns < 400; ++turns) {
-    stored = credentials();
-    makePaired();
-    beginEverything();
-    for (int turn = 0; turn < turns; ++turn) QCoreApplication::processEvents(QEventLoop::AllEvents);
-    finished = clock->isSleeping();
+  takeDownAfterEachTurn([this] { model.reset(); });
+}
+
+TEST_F(Teardown, UnpairedAfterAnyNumberOfTurnsAndThenGone) {
+  takeDownAfterEachTurn([this] {
+    model->unpair();
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+    EXPECT_THAT(model->sessions(), IsEmpty());
+    EXPECT_FALSE(model->isLoaded("s"));
     model.reset();
-    for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents(QEventLoop::AllEvents);
-  }
-  EXPECT_GT(turns, 5) << "the model was destroyed in the middle at least sometimes";
+  });
 }
 
 TEST_F(Teardown, WhileTheBridgeKeepsEverythingWaiting) {
   for (const auto* target : {kSessions, kProjects, kModels, kUsage, kDetail}) {
     bridge.always("GET", target, Script::silence());
   }
-  for (const auto* target : {kMessages, kGoal, kClaim}) bridge.always("POST", target, Script::silence());
+  for (const auto* target : {kArchived, kSearch}) bridge.always("GET", target, Script::silence());
+  for (const auto* target : {kMessages, kGoal, kClaim, kName, kArchive, kUnarchive, kTracking}) {
+    bridge.always("POST", target, Script::silence());
+  }
   bridge.always("GET", streamTarget(0), Script::silence());
   makePaired();
   beginEverything();
-  ASSERT_TRUE(spinUntil([this] { return requests().size() >= 6; }));
+  ASSERT_TRUE(spinUntil([this] { return requests().size() >= 12; }));
   log.clear();
   destroyModel();
   EXPECT_EQ(log, requests()) << "no change is published by a model that is gone";
