@@ -49,7 +49,7 @@ void race(const char* name, std::size_t size, const std::function<bool(const std
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  const std::filesystem::path folder = std::filesystem::path(argc > 1 ? argv[1] : ".") / "defaults_bench";
+  const std::filesystem::path folder = std::filesystem::path(argc > 1 ? argv[1] : ".") / "defaults_bench.scratch";
   if (!makePrivateDirectory(folder)) return 1;
   {
     DefaultsFileStore store(folder);

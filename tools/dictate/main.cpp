@@ -97,7 +97,7 @@ class Recogniser {
   Recogniser(const Installed& installed, const std::string& language) {
     if (!m_api.load(installed.library.c_str())) return;
     sherpa::RecognizerConfig config{};
-    config.features = sherpa::Features();
+    config.features = {.sampleRate = 16000, .dimension = 80};
     config.decodingMethod = "greedy_search";
     config.model.tokens = installed.tokens.c_str();
     config.model.provider = "cpu";

@@ -14,8 +14,7 @@ namespace varnel::dictate::sherpa {
 using Text = const char*;
 
 struct Features {
-  std::int32_t sampleRate = 16000;
-  std::int32_t dimension = 80;
+  std::int32_t sampleRate, dimension;
 };
 
 struct Whisper {

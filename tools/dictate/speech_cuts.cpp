@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <ranges>
 
 namespace varnel::dictate {
 namespace {
@@ -63,7 +64,7 @@ std::vector<std::int16_t> withEvenMargins(std::span<const std::int16_t> samples,
   const auto isLoud = [quiet](double level) { return level >= quiet; };
   const auto first = std::ranges::find_if(levels, isLoud);
   if (first == levels.end()) return {samples.begin(), samples.end()};
-  const auto afterLast = std::find_if(levels.rbegin(), levels.rend(), isLoud).base();
+  const auto afterLast = std::ranges::find_if(levels | std::views::reverse, isLoud).base();
 
   const std::size_t margin = kMargin * frame;
   const std::size_t begin = static_cast<std::size_t>(first - levels.begin()) * frame;

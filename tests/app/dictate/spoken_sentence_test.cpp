@@ -93,7 +93,7 @@ QString recognised(ProcessSpeechRecogniser& recogniser, const QByteArray& sample
     isEnded = true;
   });
   QObject::connect(task.get(), &RecognitionTask::failed, [&] { isEnded = true; });
-  constexpr qsizetype kBuffer = 2 * Microphone::kFramesInBuffer;
+  constexpr qsizetype kBuffer = qsizetype{2} * Microphone::kFramesInBuffer;
   for (qsizetype at = 0; at < samples.size(); at += kBuffer) task->append(samples.mid(at, kBuffer));
   task->endAudio();
   spinUntil([&] { return isEnded; }, std::chrono::seconds(60));

@@ -51,7 +51,7 @@ class ProcessRecogniserTest : public ::testing::Test {
 };
 
 TEST_F(ProcessRecogniserTest, HandsOverTheAudioAndTakesTheText) {
-  helperIs("printf '%s %s ' \"$1\" \"$2\"; wc -c; echo noise >&2");
+  helperIs(R"(printf '%s %s ' "$1" "$2"; wc -c; echo noise >&2)");
   begin();
   const QByteArray frames(2048, 'x');
   task->append(frames);
@@ -109,7 +109,7 @@ TEST_F(ProcessRecogniserTest, TakesTheHelperWithIt) {
 }
 
 TEST_F(ProcessRecogniserTest, IsAvailableWhenTheHelperSaysSo) {
-  helperIs("test \"$1 $2\" = '--probe fr-CA'");
+  helperIs(R"(test "$1 $2" = '--probe fr-CA')");
   ProcessSpeechRecogniser recogniser(helper);
   EXPECT_TRUE(await(recogniser.isAvailable("fr-CA")));
   EXPECT_FALSE(await(recogniser.isAvailable("en-CA")));
