@@ -5,9 +5,10 @@
 
 usage: corpus.py detail N OUT.json   the answer about a conversation of N items
        corpus.py events N OUT.jsonl  N messages of the event stream, one a line
+       corpus.py markdown N OUT.md   N bytes or a little more of replies, a NUL after each
 
 Only Random.random() and Random.choices() are used: they are stable over versions of Python. JSON is compact UTF-8 with
-"/" and everything beyond ASCII unescaped. json_bench knows the SHA-256 of what it measures, so a change here is a
+"/" and everything beyond ASCII unescaped. The benchmarks know the SHA-256 of what they measure, so a change here is a
 change there.
 """
 
@@ -213,20 +214,30 @@ def events(n):
         yield event
 
 
+def replies(size):
+    g, n = Gen(2), 0
+    while n < size:
+        reply = g.reply().encode() + b"\0"
+        n += len(reply)
+        yield reply
+
+
 def compact(value):
     return json.dumps(value, ensure_ascii=False, separators=(",", ":")).encode()
 
 
 def main(arguments):
-    if len(arguments) != 3 or arguments[0] not in ("detail", "events"):
+    if len(arguments) != 3 or arguments[0] not in ("detail", "events", "markdown"):
         print(__doc__, file=sys.stderr)
         return 2
     kind, count, path = arguments[0], int(arguments[1]), arguments[2]
     with open(path, "wb") as out:
         if kind == "detail":
             out.write(compact(detail(count)))
-        else:
+        elif kind == "events":
             out.writelines(compact(event) + b"\n" for event in events(count))
+        else:
+            out.writelines(replies(count))
     return 0
 
 

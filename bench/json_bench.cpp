@@ -2,20 +2,18 @@
 // SPDX-License-Identifier: MIT
 // How quickly an answer of the bridge becomes records, beside the libraries that others would use for it. Decoders are
 // compared with each other and tried with broken input before anything is timed.
-#include <QtCore/QCryptographicHash>
-
 #include <array>
 #include <cstdio>
 #include <exception>
-#include <filesystem>
 #include <span>
 #include <sstream>
-#include <stdexcept>
 
+#include "bench/corpus_file.h"
 #include "bench/json_checks.h"
 #include "bench/json_ours.h"
 #include "bench/json_peers.h"
 #include "bench/json_process.h"
+#include "bench/process.h"
 #include "bench/race.h"
 #include "bench/report.h"
 
@@ -43,20 +41,6 @@ constexpr std::array kCorpora = std::to_array<Corpus>({
 constexpr Corpus kEvents = {
     "events.jsonl", 1000, "8b5346e04cdfe7e9a0a5267042d1b2434ce875d35a50ce9382a0894b3592a895", 31, {}};
 
-/// The corpora are made beside the program, by corpus.py, when it is built.
-std::string pathOf(const Corpus& corpus) {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "corpus" / corpus.file;
-}
-
-std::string load(const Corpus& corpus) {
-  std::string text = readFile(pathOf(corpus));
-  const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
-  const auto sum = QCryptographicHash::hash(bytes.toByteArray(), QCryptographicHash::Sha256).toHex();
-  if (sum != corpus.sha256)
-    throw std::runtime_error(std::string(corpus.file) + " is not the corpus: its SHA-256 differs");
-  return text;
-}
-
 Race detailRace(const Corpus& corpus, const std::string& body, SimdjsonPeer& simdjson) {
   constexpr std::size_t kOnScreen = 20;
   Race race(body.size(), corpus.items);
@@ -78,20 +62,8 @@ Race detailRace(const Corpus& corpus, const std::string& body, SimdjsonPeer& sim
   return race;
 }
 
-void printRates(const Race& race, std::span<const char* const> bases) {
-  std::printf("  %-28s %8s", "", "MB/s");
-  for (const char* base : bases) std::printf("  x %-24s", base);
-  std::printf("\n");
-  for (const std::string& name : race.names()) {
-    std::printf("  %-28s %8.1f", name.c_str(), race.rate(name) / 1e6);
-    for (const char* base : bases) std::printf("  %-26.2f", race.ratio(name, base));
-    std::printf("\n");
-  }
-  std::fflush(stdout);
-}
-
 void measureDetail(const Corpus& corpus, Report& report) {
-  const std::string body = load(corpus);
+  const std::string body = loadCorpus(corpus.file, corpus.sha256);
   checkDetailAgreement(body);
   checkRefusals(body);
   SimdjsonPeer simdjson;
@@ -100,7 +72,7 @@ void measureDetail(const Corpus& corpus, Report& report) {
 
   constexpr std::array kBases = {"nlohmann typed", "simdjson DOM alone", "QJsonDocument to QString"};
   std::printf("\n%s: %zu items, %zu bytes, %d rounds\n", corpus.file, corpus.items, body.size(), corpus.rounds);
-  printRates(race, kBases);
+  race.print(kBases);
   const std::string in = std::string(", ") + corpus.file;
   if (corpus.items == 2000) {
     report.add("D3", "owned strings, x nlohmann" + in, race.ratio("ours", "nlohmann typed"), {kAtLeast, 10, 20});
@@ -114,7 +86,7 @@ void measureDetail(const Corpus& corpus, Report& report) {
 }
 
 void measureEvents(Report& report) {
-  const std::string text = load(kEvents);
+  const std::string text = loadCorpus(kEvents.file, kEvents.sha256);
   std::vector<std::string> events;
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) events.push_back(line);
@@ -137,7 +109,7 @@ void measureEvents(Report& report) {
   std::printf("\n%s: %zu events, %zu bytes each, %d rounds; ours takes %.2f us an event\n", kEvents.file, events.size(),
               text.size() / events.size(), kEvents.rounds,
               static_cast<double>(text.size()) / race.rate("ours") / static_cast<double>(events.size()) * 1e6);
-  printRates(race, kBases);
+  race.print(kBases);
   report.add("D7", "one event, x QJsonDocument", race.ratio("ours", "QJsonDocument to QString"), {kAtLeast, 8, 15});
   report.add("D7", "one event, x nlohmann", race.ratio("ours", "nlohmann typed"), {kAtLeast, 10, 19});
 }
@@ -149,11 +121,11 @@ void addOrComplain(Report& report, std::string figure, std::string what, std::ex
 }
 
 void measureApart(Report& report) {
-  addOrComplain(report, "D5", "instructions per byte (callgrind), d200.json", instructionsPerByte(pathOf(kCorpora[0])),
-                {kAtMost, 8, 3});
+  addOrComplain(report, "D5", "instructions per byte (callgrind), d200.json",
+                instructionsPerByte(corpusPath(kCorpora[0].file)), {kAtMost, 8, 3});
   for (const Corpus& corpus : {kCorpora[1], kCorpora[2]}) {
     addOrComplain(report, "D6", std::string("peak memory beside the body, x body, ") + corpus.file,
-                  peakAboveBody(pathOf(corpus)), {kAtMost, 1.8, 0.25});
+                  peakAboveBody(corpusPath(corpus.file)), {kAtMost, 1.8, 0.25});
   }
 }
 

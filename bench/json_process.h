@@ -5,20 +5,15 @@
 #include <expected>
 #include <string>
 
-/// Figures that need a process of their own: this program runs itself with `--once` or `--rss`.
+/// Figures that need a process of their own: this program runs itself with `--rss`.
 namespace varnel::bench {
-
-/// Instructions that decoding one body takes, by callgrind, per byte of it. Says why when it cannot be had.
-std::expected<double, std::string> instructionsPerByte(const std::string& file);
 
 /// The most memory that decoding holds beside the body, as a multiple of the body.
 std::expected<double, std::string> peakAboveBody(const std::string& file);
 
-/// The work of such a process. `onlyRead` leaves the decoding out.
+/// The work of a process that counts instructions. `onlyRead` leaves the decoding out.
 void decodeOnce(const std::string& file, bool onlyRead);
 /// Prints the bytes.
 void printPeakAboveBody(const std::string& file);
-
-std::string readFile(const std::string& file);
 
 }  // namespace varnel::bench

@@ -3,6 +3,7 @@
 #include "bench/race.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <ctime>
 #include <stdexcept>
 
@@ -71,6 +72,18 @@ double Race::ratio(std::string_view name, std::string_view base) const {
   ratios.reserve(mine.size());
   for (std::size_t round = 0; round < mine.size(); ++round) ratios.push_back(other[round] / mine[round]);
   return median(ratios);
+}
+
+void Race::print(std::span<const char* const> bases) const {
+  std::printf("  %-28s %8s", "", "MB/s");
+  for (const char* base : bases) std::printf("  x %-24s", base);
+  std::printf("\n");
+  for (const std::string& name : names()) {
+    std::printf("  %-28s %8.1f", name.c_str(), rate(name) / 1e6);
+    for (const char* base : bases) std::printf("  %-26.2f", ratio(name, base));
+    std::printf("\n");
+  }
+  std::fflush(stdout);
 }
 
 }  // namespace varnel::bench

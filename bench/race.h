@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,8 @@ class Race {
   [[nodiscard]] double rate(std::string_view name) const;
   /// Median over the rounds of how many times quicker `name` was than `base` in that round.
   [[nodiscard]] double ratio(std::string_view name, std::string_view base) const;
+  /// A line for each runner: its rate, and the ratios to some of them.
+  void print(std::span<const char* const> bases) const;
 
  private:
   [[nodiscard]] double secondsPerRun(const Runner& runner, double leastSeconds) const;

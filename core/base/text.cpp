@@ -10,10 +10,6 @@ namespace varnel::base {
 
 namespace {
 
-bool isAscii(char c) {
-  return static_cast<unsigned char>(c) < 0x80;
-}
-
 const utf8proc_uint8_t* bytesOf(std::string_view text) {
   return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
 }
@@ -61,28 +57,49 @@ std::string utf8(char32_t c) {
   return {bytes.begin(), bytes.begin() + length};
 }
 
-bool isHorizontalSpace(char32_t c) {
-  if (c < 0x80) return c == U' ' || c == U'\t';
-  return utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS;
-}
-
-bool isWhiteSpace(char32_t c) {
-  if (c < 0x80) return c == U' ' || (c >= U'\t' && c <= U'\r');
-  return c == 0x85 || c == 0x2028 || c == 0x2029 || isHorizontalSpace(c);
-}
-
 bool isPunctuation(char32_t c) {
   if (c < 0x80) return (c > 0x20 && c < '0') || (c > '9' && c < 'A') || (c > 'Z' && c < 'a') || (c > 'z' && c < 0x7F);
   const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(c));
   return category >= UTF8PROC_CATEGORY_PC && category <= UTF8PROC_CATEGORY_SO;
 }
 
-std::string_view trim(std::string_view text) {
-  return trimWhere(text, isHorizontalSpace);
+namespace {
+
+/// How many bytes of horizontal space two or three bytes are, 0 when they are none.
+std::size_t spaceLength(std::string_view bytes) {
+  const auto at = [&](std::size_t i) { return static_cast<unsigned>(static_cast<unsigned char>(bytes[i])); };
+  if (bytes.size() == 2) return at(0) == 0xC2 && at(1) == 0xA0 ? 2 : 0;
+  const bool three = at(0) > 0xE0 && at(0) < 0xF0 && (at(1) & 0xC0U) == 0x80 && (at(2) & 0xC0U) == 0x80;
+  const char32_t value = ((at(0) & 0x0FU) << 12U) | ((at(1) & 0x3FU) << 6U) | (at(2) & 0x3FU);
+  return three && isHorizontalSpace(value) ? 3 : 0;
 }
 
-std::string_view trimLines(std::string_view text) {
-  return trimWhere(text, isWhiteSpace);
+std::size_t leadingSpace(std::string_view text) {
+  if (text.front() == ' ' || text.front() == '\t') return 1;
+  if (isAscii(text.front()) || text.size() < 2) return 0;
+  const std::size_t two = spaceLength(text.substr(0, 2));
+  return two > 0 || text.size() == 2 ? two : spaceLength(text.substr(0, 3));
+}
+
+std::size_t trailingSpace(std::string_view text) {
+  if (text.back() == ' ' || text.back() == '\t') return 1;
+  if (isAscii(text.back()) || text.size() < 2) return 0;
+  const std::size_t two = spaceLength(text.substr(text.size() - 2));
+  return two > 0 || text.size() == 2 ? two : spaceLength(text.substr(text.size() - 3));
+}
+
+}  // namespace
+
+std::string_view trimUnicode(std::string_view text) {
+  for (std::size_t space = 1; space > 0 && !text.empty();) {
+    space = leadingSpace(text);
+    text.remove_prefix(space);
+  }
+  for (std::size_t space = 1; space > 0 && !text.empty();) {
+    space = trailingSpace(text);
+    text.remove_suffix(space);
+  }
+  return text;
 }
 
 std::string_view firstCharacter(std::string_view text) {
@@ -103,7 +120,7 @@ std::string_view firstCharacter(std::string_view text) {
   return text.substr(0, end);
 }
 
-bool standsAlone(std::string_view text, std::size_t at) {
+bool standsAloneUnicode(std::string_view text, std::size_t at) {
   const auto self = static_cast<utf8proc_int32_t>(static_cast<unsigned char>(text[at]));
   const auto breaks = [](utf8proc_int32_t a, utf8proc_int32_t b) { return utf8proc_grapheme_break(a, b); };
   if (at + 1 < text.size() && !isAscii(text[at + 1]) &&

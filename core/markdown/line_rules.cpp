@@ -28,22 +28,34 @@ std::size_t findPipe(std::string_view line, std::size_t from) {
   return at;
 }
 
+/// The size of the white space character at the start of a text, 0 when another character stands there.
+std::size_t whiteSpaceSize(std::string_view text) {
+  return base::isWhiteSpace(base::firstCodePoint(text).value) ? base::firstCharacter(text).size() : 0;
+}
+
 /// Counts the characters of a text, white space and `skipped` left out, as long as each of them is `wanted`. Nothing
 /// when one is not.
-std::optional<std::size_t> countOnly(std::string_view text, char wanted, std::optional<char> skipped) {
+std::optional<std::size_t> countOnly(std::string_view text, char wanted, char skipped) {
+  const auto isMark = [&](char c) { return c == wanted || c == skipped; };
   std::size_t count = 0;
-  while (!text.empty()) {
-    const std::string_view character = base::firstCharacter(text);
-    text.remove_prefix(character.size());
-    const bool single = character.size() == 1;
-    if (single && character.front() == wanted) {
-      ++count;
-    } else if (!(single && character.front() == skipped) &&
-               !base::isWhiteSpace(base::firstCodePoint(character).value)) {
-      return std::nullopt;
+  for (std::size_t at = 0; at < text.size();) {
+    while (at + 1 < text.size() && (isMark(text[at]) || text[at] == ' ') && base::isAscii(text[at + 1])) {
+      count += text[at++] == wanted ? 1U : 0U;
     }
+    // White space never joins a mark, and whatever else follows one is not wanted, joined or not.
+    const std::string_view rest = text.substr(at);
+    const bool mark = isMark(rest.front()) && (rest.size() == 1 || whiteSpaceSize(rest.substr(1)) > 0);
+    const std::size_t size = mark ? 1 : whiteSpaceSize(rest);
+    if (size == 0) return std::nullopt;
+    count += mark && rest.front() == wanted ? 1U : 0U;
+    at += size;
   }
   return count;
+}
+
+std::optional<TranscriptListItem> owned(const std::optional<ListItemView>& item) {
+  if (!item) return std::nullopt;
+  return TranscriptListItem{.text = std::string(item->text), .indent = item->indent, .number = item->number};
 }
 
 constexpr std::size_t kFewestMarks = 3;
@@ -71,7 +83,7 @@ bool isMarkdownRule(std::string_view trimmedLine) {
     marks.remove_prefix(base::firstCharacter(marks).size());
   }
   if (marks.empty() || !std::string_view("-*_").contains(marks.front())) return false;
-  return countOnly(marks, marks.front(), std::nullopt).value_or(0) >= kFewestMarks;
+  return countOnly(marks, marks.front(), marks.front()).value_or(0) >= kFewestMarks;
 }
 
 bool isQuoteLine(std::string_view trimmedLine) {
@@ -82,35 +94,64 @@ bool hasPipe(std::string_view line) {
   return findPipe(line, 0) != std::string_view::npos;
 }
 
+void appendTableCells(std::string_view line, std::vector<std::string_view>& cells) {
+  const std::size_t first = cells.size();
+  for (std::size_t begin = 0; begin <= line.size();) {
+    const std::size_t end = std::min(findPipe(line, begin), line.size());
+    const std::string_view cell = base::trim(line.substr(begin, end - begin));
+    if (begin > 0 || !cell.empty()) cells.push_back(cell);
+    begin = end + 1;
+  }
+  if (cells.size() > first && cells.back().empty()) cells.pop_back();
+}
+
 std::vector<std::string_view> tableCells(std::string_view line) {
   std::vector<std::string_view> cells;
-  std::size_t begin = 0;
-  for (;;) {
-    const std::size_t pipe = findPipe(line, begin);
-    cells.push_back(base::trim(line.substr(begin, pipe == std::string_view::npos ? pipe : pipe - begin)));
-    if (pipe == std::string_view::npos) break;
-    begin = pipe + 1;
-  }
-  if (cells.front().empty()) cells.erase(cells.begin());
-  if (!cells.empty() && cells.back().empty()) cells.pop_back();
+  appendTableCells(line, cells);
   return cells;
 }
 
-bool isTableSeparator(const std::vector<std::string_view>& cells) {
-  return !cells.empty() && std::ranges::all_of(cells, [](std::string_view cell) {
-    return countOnly(cell, '-', ':').value_or(0) >= kFewestMarks;
-  });
+namespace {
+
+bool isTableSeparatorCell(std::string_view cell) {
+  return countOnly(cell, '-', ':').value_or(0) >= kFewestMarks;
 }
 
-std::optional<TranscriptListItem> unorderedListItem(std::string_view line) {
+}  // namespace
+
+bool isTableSeparator(std::span<const std::string_view> cells) {
+  return !cells.empty() && std::ranges::all_of(cells, isTableSeparatorCell);
+}
+
+bool isTableSeparatorLine(std::string_view line) {
+  bool found = false;
+  for (std::size_t begin = 0; begin <= line.size();) {
+    std::size_t end = begin;
+    std::size_t dashes = 0;
+    for (; end < line.size() && (line[end] == '-' || line[end] == ':'); ++end) dashes += line[end] == '-' ? 1U : 0U;
+    const bool plain = end == line.size() || (line[end] == '|' && base::standsAlone(line, end));
+    if (!plain) end = std::min(findPipe(line, begin), line.size());
+    const std::string_view cell = line.substr(begin, end - begin);
+    const bool outermost = begin == 0 || end == line.size();
+    if (plain ? dashes >= kFewestMarks : isTableSeparatorCell(cell)) {
+      found = true;
+    } else if (!outermost || !base::trim(cell).empty()) {
+      return false;
+    }
+    begin = end + 1;
+  }
+  return found;
+}
+
+std::optional<ListItemView> unorderedListItemView(std::string_view line) {
   const std::string_view trimmed = base::trim(line);
   if (trimmed.size() < 3 || !std::string_view("-*+").contains(trimmed.front()) || !isAt(trimmed, 1, ' ')) {
     return std::nullopt;
   }
-  return TranscriptListItem{.text = std::string(trimmed.substr(2)), .indent = listIndent(line), .number = std::nullopt};
+  return ListItemView{.text = trimmed.substr(2), .indent = listIndent(line), .number = std::nullopt};
 }
 
-std::optional<TranscriptListItem> orderedListItem(std::string_view line) {
+std::optional<ListItemView> orderedListItemView(std::string_view line) {
   const std::string_view trimmed = base::trim(line);
   const std::size_t sign = trimmed.starts_with('-') || trimmed.starts_with('+') ? 1 : 0;
   std::size_t end = sign;
@@ -121,7 +162,15 @@ std::optional<TranscriptListItem> orderedListItem(std::string_view line) {
   std::int64_t number = 0;
   const char* first = trimmed.data() + (trimmed.front() == '+' ? 1 : 0);
   if (std::from_chars(first, trimmed.data() + end, number).ec != std::errc{}) return std::nullopt;
-  return TranscriptListItem{.text = std::string(trimmed.substr(end + 2)), .indent = listIndent(line), .number = number};
+  return ListItemView{.text = trimmed.substr(end + 2), .indent = listIndent(line), .number = number};
+}
+
+std::optional<TranscriptListItem> unorderedListItem(std::string_view line) {
+  return owned(unorderedListItemView(line));
+}
+
+std::optional<TranscriptListItem> orderedListItem(std::string_view line) {
+  return owned(orderedListItemView(line));
 }
 
 std::int64_t listIndent(std::string_view line) {

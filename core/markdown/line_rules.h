@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -35,9 +36,21 @@ bool hasPipe(std::string_view line);
 
 /// The texts between the pipes of a raw line, trimmed; one empty piece at each end is left out.
 std::vector<std::string_view> tableCells(std::string_view line);
-bool isTableSeparator(const std::vector<std::string_view>& cells);
+/// The same at the end of a list.
+void appendTableCells(std::string_view line, std::vector<std::string_view>& cells);
+bool isTableSeparator(std::span<const std::string_view> cells);
+/// Whether a raw line has cells and they make a separator.
+bool isTableSeparatorLine(std::string_view line);
 
+/// What a `TranscriptListItem` is made of.
+struct ListItemView {
+  std::string_view text;
+  std::int64_t indent = 0;
+  std::optional<std::int64_t> number;
+};
 /// Both take a raw line.
+std::optional<ListItemView> unorderedListItemView(std::string_view line);
+std::optional<ListItemView> orderedListItemView(std::string_view line);
 std::optional<TranscriptListItem> unorderedListItem(std::string_view line);
 std::optional<TranscriptListItem> orderedListItem(std::string_view line);
 

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "core/base/text.h"
 #include "core/markdown/line_rules.h"
+#include "tests/core/markdown/naive_blocks.h"
 
 namespace varnel::markdown {
 namespace {
@@ -115,6 +118,62 @@ TEST(LineRules, CountTheSpacesOfAListsIndent) {
   EXPECT_TRUE(tableCells("").empty());
   EXPECT_TRUE(tableCells("|").empty());
   EXPECT_EQ(tableCells("||").size(), 1U);
+}
+
+TEST(ParseBlocks, AgreesWithANaiveReadingOfItsRules) {
+  const std::vector<std::string> pieces = {"\n",
+                                           "\n",
+                                           "\n",
+                                           "\r\n",
+                                           "\r",
+                                           " ",
+                                           "  ",
+                                           "\t",
+                                           "\u00a0",
+                                           "\u2003",
+                                           "\f",
+                                           "\u2028",
+                                           "\u0301",
+                                           "```",
+                                           "`",
+                                           "~~~",
+                                           "#",
+                                           "# ",
+                                           "-",
+                                           "---",
+                                           "- ",
+                                           "*",
+                                           "* ",
+                                           "_",
+                                           "___",
+                                           "+ ",
+                                           "|",
+                                           "|",
+                                           "|---|-",
+                                           ":",
+                                           ">",
+                                           "> ",
+                                           "1",
+                                           ". ",
+                                           ") ",
+                                           "1. ",
+                                           "-2) ",
+                                           "a",
+                                           "b c",
+                                           "é",
+                                           "变",
+                                           "\u0600",
+                                           "\xff",
+                                           "\xe2",
+                                           "👩‍💻",
+                                           "text\n",
+                                           "a|b\n---|---\n"};
+  std::mt19937 random(1);
+  for (int round = 0; round < 20'000; ++round) {
+    std::string source;
+    for (auto count = random() % 24; count > 0; --count) source += pieces[random() % pieces.size()];
+    ASSERT_EQ(parseTranscriptMarkdown(source), naive::Parser(source).parse()) << source;
+  }
 }
 
 TEST(ParseBlocks, StaysLinearOnHostileText) {
