@@ -102,6 +102,10 @@ std::string_view trimUnicode(std::string_view text) {
   return text;
 }
 
+std::string_view trimLines(std::string_view text) {
+  return trimWhere(text, isWhiteSpace);
+}
+
 std::string_view firstCharacter(std::string_view text) {
   // Of two ASCII characters only CR LF belong together.
   if (isAscii(text[0]) && (text.size() == 1 || (isAscii(text[1]) && text[1] != '\n'))) return text.substr(0, 1);
