@@ -3,9 +3,11 @@
 #include "core/markdown/parse_blocks.h"
 
 #include <gtest/gtest.h>
+#include <utf8proc.h>
 
 #include <random>
 
+#include "core/base/byte_positions.h"
 #include "core/base/text.h"
 #include "core/markdown/line_rules.h"
 #include "tests/core/markdown/naive_blocks.h"
@@ -189,6 +191,35 @@ TEST(ParseBlocks, StaysLinearOnHostileText) {
         many("1", 1'000'000)}) {
     const auto blocks = parseTranscriptMarkdown(text);
     EXPECT_FALSE(blocks.empty());
+  }
+}
+
+TEST(BytePositions, AreWhereTheByteStands) {
+  std::mt19937 random(1);
+  base::BytePositions positions;
+  for (const std::size_t size : {0U, 1U, 63U, 64U, 65U, 200U, 4096U, 4097U, 10'000U, 700U}) {
+    for (const unsigned rarity : {1U, 2U, 60U, 3000U}) {
+      std::string text(size, 'a');
+      std::vector<std::size_t> expected;
+      for (std::size_t at = 0; at < size; ++at) {
+        if (random() % rarity != 0) continue;
+        text[at] = '\n';
+        expected.push_back(at);
+      }
+      positions.find(text, '\n');
+      EXPECT_TRUE(std::ranges::equal(positions.all(), expected)) << size << " bytes, one of " << rarity;
+    }
+  }
+}
+
+TEST(Trim, KnowsTheSpaceSeparatorsOfUnicode) {
+  for (char32_t c = 0; c < 0x110000; ++c) {
+    const bool separator = utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS;
+    EXPECT_EQ(base::isHorizontalSpace(c), separator || c == U'\t') << static_cast<unsigned>(c);
+    if (c < 0x80 || (c >= 0xD800 && c < 0xE000)) continue;
+    const std::string text = base::utf8(c);
+    EXPECT_EQ(base::trim("a" + text + "a"), "a" + text + "a");
+    EXPECT_EQ(base::trim(text + "a" + text), separator ? "a" : text + "a" + text) << static_cast<unsigned>(c);
   }
 }
 
