@@ -5,7 +5,9 @@
 #include <QDateTime>
 #include <QLocale>
 #include <algorithm>
+#include <charconv>
 #include <chrono>
+#include <cstdint>
 #include <utility>
 
 #include "core/base/percent_encoding.h"
@@ -23,6 +25,17 @@ constexpr std::string_view kKey = "Varnel.Activities";
 constexpr auto kKeepDelay = 5s;
 /// A timer does not count while the device sleeps, nor when the clock is set.
 constexpr auto kLongestWait = 1min;
+
+constexpr std::string_view kIdPrefix = "varnel-activity-";
+constexpr std::size_t kIdDigits = 14;
+
+std::uint64_t millisecondsOf(std::string_view id) {
+  std::uint64_t milliseconds = 0;
+  if (id.starts_with(kIdPrefix)) {
+    std::from_chars(id.data() + kIdPrefix.size(), id.data() + id.size(), milliseconds);
+  }
+  return std::min(milliseconds, std::uint64_t{99'999'999'999'998});
+}
 
 std::string timeOfDay(double seconds) {
   const auto moment = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::clamp(seconds, 0.0, 1e11) * 1000));
@@ -134,16 +147,13 @@ bool NotificationActivityCentre::isOutdated(const Activity& activity) const {
   return activity.content.staleDate && *activity.content.staleDate <= m_now();
 }
 
-/// Of fixed width, so that the later one is also the greater text.
+/// Of fixed width, so that the later one is also the greater text, even when the clock was set back.
 std::string NotificationActivityCentre::freshId() {
-  constexpr std::size_t kDigits = 14;
-  auto milliseconds = static_cast<std::uint64_t>(std::max(m_now(), 0.0) * 1000);
-  for (;; ++milliseconds) {
-    std::string digits = std::to_string(milliseconds);
-    digits.insert(0, digits.size() < kDigits ? kDigits - digits.size() : 0, '0');
-    std::string id = "varnel-activity-" + digits;
-    if (m_entries.empty() || m_entries.rbegin()->first < id) return id;
-  }
+  auto milliseconds = static_cast<std::uint64_t>(std::clamp(m_now(), 0.0, 9e10) * 1000);
+  if (!m_entries.empty()) milliseconds = std::max(milliseconds, millisecondsOf(m_entries.rbegin()->first) + 1);
+  std::string digits = std::to_string(milliseconds);
+  digits.insert(0, digits.size() < kIdDigits ? kIdDigits - digits.size() : 0, '0');
+  return std::string(kIdPrefix) + digits;
 }
 
 void NotificationActivityCentre::load() {
