@@ -59,14 +59,18 @@ class RecordListModel : public QAbstractListModel {
   [[nodiscard]] const std::vector<R>& records() const { return m_records; }
 
   /// Makes these the records, touching only the rows that differ.
-  void assign(std::vector<R> records) {
-    const auto origins = originsOf(records);
-    for (const auto& edit : editsFor(m_records.size(), origins)) {
-      std::visit([&](const auto& each) { perform(each, records); }, edit);
+  void assign(std::vector<R> records) { splice(0, m_records.size(), std::move(records)); }
+
+  /// The same for the `removed` records from `first` on, without looking at the others: no record among them may have
+  /// an identity that one of the others has.
+  void splice(std::size_t first, std::size_t removed, std::vector<R> records) {
+    const auto origins = originsOf(records, first, removed);
+    for (const auto& edit : editsFor(removed, origins)) {
+      std::visit([&](const auto& each) { perform(each, first, records); }, edit);
     }
     // Inserted rows were taken from the new list; the others stand in its order by now.
     for (std::size_t row = 0; row < records.size(); ++row) {
-      if (origins[row]) change(row, std::move(records[row]));
+      if (origins[row]) change(first + row, std::move(records[row]));
     }
   }
 
@@ -76,22 +80,22 @@ class RecordListModel : public QAbstractListModel {
   using Identity = std::remove_cvref_t<decltype(std::declval<const R&>().identity())>;
 
   /// Most reloads change nothing of the order, so equal ends are matched without looking anything up.
-  [[nodiscard]] Origins originsOf(const std::vector<R>& records) const {
+  [[nodiscard]] Origins originsOf(const std::vector<R>& records, std::size_t first, std::size_t removed) const {
+    const auto former = [this, first](std::size_t row) -> decltype(auto) { return m_records[first + row].identity(); };
     Origins origins(records.size());
-    const auto shorter = std::min(records.size(), m_records.size());
+    const auto shorter = std::min(records.size(), removed);
     std::size_t head = 0;
-    while (head < shorter && records[head].identity() == m_records[head].identity()) {
+    while (head < shorter && records[head].identity() == former(head)) {
       origins[head] = head;
       ++head;
     }
     std::size_t tail = 0;
-    while (tail < shorter - head &&
-           records[records.size() - 1 - tail].identity() == m_records[m_records.size() - 1 - tail].identity()) {
-      origins[records.size() - 1 - tail] = m_records.size() - 1 - tail;
+    while (tail < shorter - head && records[records.size() - 1 - tail].identity() == former(removed - 1 - tail)) {
+      origins[records.size() - 1 - tail] = removed - 1 - tail;
       ++tail;
     }
     std::multimap<Identity, std::size_t> rest;
-    for (std::size_t row = head; row < m_records.size() - tail; ++row) rest.emplace(m_records[row].identity(), row);
+    for (std::size_t row = head; row < removed - tail; ++row) rest.emplace(former(row), row);
     for (std::size_t row = head; row < records.size() - tail; ++row) {
       const auto found = rest.lower_bound(records[row].identity());
       if (found == rest.end() || found->first != records[row].identity()) continue;
@@ -101,14 +105,16 @@ class RecordListModel : public QAbstractListModel {
     return origins;
   }
 
-  void perform(const RemoveRows& edit, std::vector<R>&) {
-    beginRemoveRows({}, static_cast<int>(edit.first), static_cast<int>(edit.first + edit.count) - 1);
-    m_records.erase(iteratorAt(edit.first), iteratorAt(edit.first + edit.count));
+  void perform(const RemoveRows& edit, std::size_t offset, std::vector<R>&) {
+    const auto first = offset + edit.first;
+    beginRemoveRows({}, static_cast<int>(first), static_cast<int>(first + edit.count) - 1);
+    m_records.erase(iteratorAt(first), iteratorAt(first + edit.count));
     endRemoveRows();
   }
 
-  void perform(const MoveRow& edit, std::vector<R>&) {
-    const auto [from, to] = edit;
+  void perform(const MoveRow& edit, std::size_t offset, std::vector<R>&) {
+    const auto from = offset + edit.from;
+    const auto to = offset + edit.to;
     // Qt names the row before which the moved one is put, counted before it is taken out.
     const auto before = static_cast<int>(to > from ? to + 1 : to);
     beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {}, before);
@@ -120,11 +126,12 @@ class RecordListModel : public QAbstractListModel {
     endMoveRows();
   }
 
-  void perform(const InsertRows& edit, std::vector<R>& records) {
-    const auto first = records.begin() + static_cast<std::ptrdiff_t>(edit.first);
-    beginInsertRows({}, static_cast<int>(edit.first), static_cast<int>(edit.first + edit.count) - 1);
-    m_records.insert(iteratorAt(edit.first), std::make_move_iterator(first),
-                     std::make_move_iterator(first + static_cast<std::ptrdiff_t>(edit.count)));
+  void perform(const InsertRows& edit, std::size_t offset, std::vector<R>& records) {
+    const auto first = offset + edit.first;
+    const auto begin = records.begin() + static_cast<std::ptrdiff_t>(edit.first);
+    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + edit.count) - 1);
+    m_records.insert(iteratorAt(first), std::make_move_iterator(begin),
+                     std::make_move_iterator(begin + static_cast<std::ptrdiff_t>(edit.count)));
     endInsertRows();
   }
 

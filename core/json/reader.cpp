@@ -68,7 +68,7 @@ struct Reader::NumberToken {
   }
 };
 
-Reader::Reader(std::string_view text) : m_begin(text.data()), m_position(m_begin), m_end(m_begin + text.size()) {
+Reader::Reader(std::string_view text) : Reader(TrustUtf8(), text) {
   if (!isShortAscii(text) && !simdjson::validate_utf8(text.data(), text.size())) fail("not UTF-8");
 }
 

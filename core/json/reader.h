@@ -30,6 +30,10 @@ class Reader {
   explicit Reader(std::string_view text);
   /// The same, and values that are kept as text share this one.
   explicit Reader(std::shared_ptr<const std::string> text);
+  /// Leaves it to the caller to check that what is read of the text is UTF-8.
+  struct TrustUtf8 {};
+  Reader(TrustUtf8 /*trust*/, std::string_view text)
+      : m_begin(text.data()), m_position(m_begin), m_end(m_begin + text.size()) {}
 
   /// What stands next, without moving; fails at the end of the text and where no value can begin.
   bool peek(Kind& kind);
@@ -70,6 +74,14 @@ class Reader {
   bool fail(std::string reason);
   [[nodiscard]] bool failed() const { return m_failed; }
   DecodeError& error() { return m_error; }
+
+  /// How many bytes were passed.
+  [[nodiscard]] std::size_t offset() const { return static_cast<std::size_t>(m_position - m_begin); }
+  /// Goes on behind another element of the array whose elements are being read.
+  void moveBehindElement(std::size_t offset) {
+    m_position = m_begin + offset;
+    m_first = false;
+  }
 
   /// A place to come back to, even after a failure.
   struct Mark {

@@ -8,8 +8,12 @@
 
 namespace varnel::json {
 
-bool Writer::isUtf8(std::string_view text) {
+bool isUtf8(std::string_view text) {
   return simdjson::validate_utf8(text.data(), text.size());
+}
+
+bool Writer::isUtf8(std::string_view text) {
+  return json::isUtf8(text);
 }
 
 bool Codec<JSONValue>::read(Reader& in, JSONValue& out) {

@@ -20,4 +20,6 @@ std::expected<JSONValue, DecodeError> parse(std::string_view text);
 /// text is not UTF-8 or a number is not finite; the failure names the place.
 std::expected<std::string, DecodeError> write(const JSONValue& value);
 
+bool isUtf8(std::string_view text);
+
 }  // namespace varnel::json

@@ -5,15 +5,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/transcript/row_fold.h"
+
 namespace varnel::transcript {
 
 namespace {
 
 using wire::TranscriptItem;
-
-bool isMessage(const TranscriptItem& item) {
-  return item.role == "user" || item.role == "assistant";
-}
 
 std::optional<std::string> firstReply(auto begin, auto end, auto wanted) {
   const auto reply =
@@ -30,14 +28,15 @@ std::string TranscriptDisplayRow::id() const {
 
 std::vector<TranscriptDisplayRow> transcriptDisplayRows(std::vector<TranscriptItem> items) {
   using enum TranscriptDisplayRow::Kind;
+  RowFold fold;
+  fold.update(items, {.first = 0, .removed = 0, .inserted = items.size()});
   std::vector<TranscriptDisplayRow> rows;
-  bool inRun = false;
-  for (TranscriptItem& item : items) {
-    if (item.type == "reasoning" || item.type == "plan") continue;
-    const bool message = isMessage(item);
-    if (message || !inRun) rows.push_back({.kind = message ? Message : Tools, .items = {}});
-    rows.back().items.push_back(std::move(item));
-    inRun = !message;
+  rows.reserve(fold.rows().size());
+  for (const RowFold::Row& folded : fold.rows()) {
+    TranscriptDisplayRow& row = rows.emplace_back(folded.isRun ? Tools : Message);
+    for (std::size_t i = folded.first; i <= folded.last; ++i) {
+      if (!isDropped(items[i])) row.items.push_back(std::move(items[i]));
+    }
   }
   return rows;
 }

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <span>
 #include <utility>
 
 namespace varnel::transcript {
@@ -16,22 +18,57 @@ bool isEcho(const TranscriptItem& server, const TranscriptItem& optimistic) {
          std::abs(server.timestamp - optimistic.timestamp) <= kEchoWindowSeconds;
 }
 
+/// The sent messages that no entry of the bridge absorbs.
+std::vector<TranscriptItem> notEchoed(std::span<const TranscriptItem> server, std::vector<TranscriptItem> optimistic) {
+  if (optimistic.empty()) return optimistic;
+  std::vector<bool> matched(server.size(), false);
+  std::erase_if(optimistic, [&](const TranscriptItem& sent) {
+    std::size_t position = 0;
+    while (position < matched.size() && (matched[position] || !isEcho(server[position], sent))) ++position;
+    if (position == matched.size()) return false;
+    matched[position] = true;
+    return true;
+  });
+  return optimistic;
+}
+
+/// Puts the new elements over the old ones and moves the rest only when their numbers differ.
+void replace(std::vector<TranscriptItem>& list, std::size_t first, std::size_t removed,
+             std::vector<TranscriptItem> items) {
+  const auto common = static_cast<std::ptrdiff_t>(std::min(removed, items.size()));
+  const auto at = list.begin() + static_cast<std::ptrdiff_t>(first);
+  const auto end = std::move(items.begin(), items.begin() + common, at);
+  if (items.size() > removed) {
+    list.insert(end, std::move_iterator(items.begin() + common), std::move_iterator(items.end()));
+  } else {
+    list.erase(end, at + static_cast<std::ptrdiff_t>(removed));
+  }
+}
+
 }  // namespace
 
 Reconciled reconcileTranscript(std::vector<TranscriptItem> serverItems, std::vector<TranscriptItem> optimisticItems) {
   Reconciled result{.items = std::move(serverItems), .remainingOptimistic = {}};
-  std::vector<bool> matched(result.items.size(), false);
-  for (auto& optimistic : optimisticItems) {
-    std::size_t position = 0;
-    while (position < matched.size() && (matched[position] || !isEcho(result.items[position], optimistic))) ++position;
-    if (position < matched.size()) {
-      matched[position] = true;
-    } else {
-      result.remainingOptimistic.push_back(std::move(optimistic));
-    }
-  }
+  result.remainingOptimistic = notEchoed(result.items, std::move(optimisticItems));
   std::ranges::copy(result.remainingOptimistic, std::back_inserter(result.items));
   return result;
+}
+
+base::Splice reconcileInPlace(std::vector<TranscriptItem>& shown, std::vector<TranscriptItem>& optimistic,
+                              ServerChange change) {
+  const std::size_t before = shown.size();
+  const std::size_t sent = optimistic.size();
+  base::Splice splice{.first = change.keptFront,
+                      .removed = before - sent - change.keptFront - change.keptBack,
+                      .inserted = change.items.size()};
+  replace(shown, splice.first, splice.removed, std::move(change.items));
+  if (sent == 0) return splice;
+  const std::size_t server = shown.size() - sent;
+  optimistic = notEchoed(std::span(shown).first(server), std::move(optimistic));
+  if (optimistic.size() == sent) return splice;
+  replace(shown, server, sent, optimistic);
+  if (splice.removed == 0 && splice.inserted == 0) splice.first = server;
+  return {.first = splice.first, .removed = before - splice.first, .inserted = shown.size() - splice.first};
 }
 
 }  // namespace varnel::transcript
