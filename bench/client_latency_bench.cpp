@@ -1,19 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Varnel contributors
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <memory>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QTcpServer>
-#include <QTcpSocket>
-#include <QThread>
 #include <QTimer>
 
 #include "app/client/api_client.h"
 #include "app/client/async.h"
+#include "bench/loopback_bridge.h"
 
 /// How long the main thread is held while a 20 MB conversation arrives and is decoded: a timer ticks every
 /// millisecond, and the longest time between two turns of the event loop is what a finger would feel. The bridge is on
@@ -36,42 +33,6 @@ QByteArray conversation() {
   }
   return body + "]}";
 }
-
-/// Answers every request with one body.
-class Bridge : public QThread {
- public:
-  explicit Bridge(QByteArray body) : m_body(std::move(body)) {
-    start();
-    while (m_port == 0) QThread::msleep(1);
-  }
-  ~Bridge() override {
-    quit();
-    wait();
-  }
-  [[nodiscard]] std::string baseURL() const { return "http://127.0.0.1:" + std::to_string(m_port); }
-
- protected:
-  void run() override {
-    QTcpServer server;
-    connect(&server, &QTcpServer::newConnection, &server, [&] {
-      QTcpSocket* socket = server.nextPendingConnection();
-      connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
-        if (!socket->readAll().endsWith("\r\n\r\n")) return;
-        socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(m_body.size()) + "\r\n\r\n");
-        socket->write(m_body);
-        socket->disconnectFromHost();
-      });
-      connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    });
-    server.listen(QHostAddress::LocalHost);
-    m_port = server.serverPort();
-    exec();
-  }
-
- private:
-  QByteArray m_body;
-  std::atomic<quint16> m_port = 0;
-};
 
 /// The longest time between two turns of this thread's event loop.
 class Pulse {
@@ -113,7 +74,7 @@ client::Task<Round> load(std::shared_ptr<client::APIClient> api) {
 }
 
 int measure() {
-  const Bridge bridge(conversation());
+  const bench::LoopbackBridge bridge({conversation()});
   const auto api = std::make_shared<client::APIClient>(
       wire::PairingCredentials{base::Url::parse(bridge.baseURL()).value(), "d", "t"});
   double worst = 0;

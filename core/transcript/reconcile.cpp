@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <ranges>
 #include <span>
 #include <utility>
 
@@ -45,6 +46,20 @@ void replace(std::vector<TranscriptItem>& list, std::size_t first, std::size_t r
   }
 }
 
+/// Keeps the items at both ends of the change that are what they were.
+void leaveOutEqual(std::span<const TranscriptItem> server, ServerChange& change) {
+  const auto former = server.subspan(change.keptFront, server.size() - change.keptFront - change.keptBack);
+  auto& items = change.items;
+  const auto front = std::ranges::mismatch(items, former).in1 - items.begin();
+  items.erase(items.begin(), items.begin() + front);
+  const auto rest = former.subspan(static_cast<std::size_t>(front));
+  const auto back = std::ranges::mismatch(std::views::reverse(items), std::views::reverse(rest)).in1 -
+                    std::views::reverse(items).begin();
+  items.erase(items.end() - back, items.end());
+  change.keptFront += static_cast<std::size_t>(front);
+  change.keptBack += static_cast<std::size_t>(back);
+}
+
 }  // namespace
 
 Reconciled reconcileTranscript(std::vector<TranscriptItem> serverItems, std::vector<TranscriptItem> optimisticItems) {
@@ -58,6 +73,7 @@ base::Splice reconcileInPlace(std::vector<TranscriptItem>& shown, std::vector<Tr
                               ServerChange change) {
   const std::size_t before = shown.size();
   const std::size_t sent = optimistic.size();
+  leaveOutEqual(std::span(shown).first(before - sent), change);
   base::Splice splice{.first = change.keptFront,
                       .removed = before - sent - change.keptFront - change.keptBack,
                       .inserted = change.items.size()};

@@ -108,6 +108,20 @@ TEST_F(RecordListModelTest, EqualIdentitiesAreToldApartByTheirOrder) {
   EXPECT_THAT(ids(), ElementsAre("b", "a"));
 }
 
+TEST_F(RecordListModelTest, ASpliceTouchesTheRowsOfItsPlaceAlone) {
+  fill({session("a"), session("b"), session("c"), session("d"), session("e")});
+  model.splice(1, 3, {session("d"), session("x"), session("c", "new"), session("y")});
+  EXPECT_THAT(ids(), ElementsAre("a", "d", "x", "c", "y", "e"));
+  EXPECT_EQ(removed.count(), 1);
+  EXPECT_EQ(moved.count(), 1);
+  EXPECT_EQ(inserted.count(), 2);
+  ASSERT_EQ(changed.count(), 1);
+  EXPECT_EQ(changed[0][0].toModelIndex().row(), 3);
+  model.splice(6, 0, {session("z")});
+  model.splice(0, 2, {});
+  EXPECT_THAT(ids(), ElementsAre("x", "c", "y", "e", "z"));
+}
+
 TEST_F(RecordListModelTest, AnyReloadEndsAtTheNewRecords) {
   std::mt19937 random(7);  // NOLINT(cert-msc51-cpp): the same lists on every run
   for (int round = 0; round < 500; ++round) {
