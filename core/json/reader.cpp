@@ -2,10 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/json/reader.h"
 
-#include <simdjson.h>
-
 #include <array>
-#include <cstring>
 #include <optional>
 #include <string>
 
@@ -14,29 +11,13 @@
 #include "core/json/excerpt.h"
 #include "core/json/number.h"
 #include "core/json/string_scan.h"
+#include "core/json/text.h"
 
 namespace varnel::json {
 
 namespace {
 
 using detail::Escape;
-
-/// Most events are; looking costs less than calling the library.
-bool isShortAscii(std::string_view text) {
-  constexpr std::size_t kShort = 1024;
-  constexpr std::size_t kWord = 8;
-  constexpr std::uint64_t kHighs = 0x8080808080808080;
-  if (text.size() < kWord || text.size() > kShort) return false;
-  std::uint64_t seen = 0;
-  std::uint64_t word = 0;
-  for (std::size_t at = 0; at + kWord <= text.size(); at += kWord) {
-    std::memcpy(&word, text.data() + at, kWord);
-    seen |= word;
-  }
-  // The last word may overlap the one before it.
-  std::memcpy(&word, text.data() + text.size() - kWord, kWord);
-  return ((seen | word) & kHighs) == 0;
-}
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
@@ -69,7 +50,7 @@ struct Reader::NumberToken {
 };
 
 Reader::Reader(std::string_view text) : Reader(TrustUtf8(), text) {
-  if (!isShortAscii(text) && !simdjson::validate_utf8(text.data(), text.size())) fail("not UTF-8");
+  if (!isUtf8(text)) fail("not UTF-8");
 }
 
 Reader::Reader(std::shared_ptr<const std::string> text) : Reader(std::string_view(*text)) {

@@ -4,12 +4,36 @@
 
 #include <simdjson.h>
 
+#include <cstdint>
+#include <cstring>
+
 #include "core/json/codec.h"
 
 namespace varnel::json {
 
+namespace {
+
+/// Most events are; looking costs less than calling the library.
+bool isShortAscii(std::string_view text) {
+  constexpr std::size_t kShort = 1024;
+  constexpr std::size_t kWord = 8;
+  constexpr std::uint64_t kHighs = 0x8080808080808080;
+  if (text.size() < kWord || text.size() > kShort) return false;
+  std::uint64_t seen = 0;
+  std::uint64_t word = 0;
+  for (std::size_t at = 0; at + kWord <= text.size(); at += kWord) {
+    std::memcpy(&word, text.data() + at, kWord);
+    seen |= word;
+  }
+  // The last word may overlap the one before it.
+  std::memcpy(&word, text.data() + text.size() - kWord, kWord);
+  return ((seen | word) & kHighs) == 0;
+}
+
+}  // namespace
+
 bool isUtf8(std::string_view text) {
-  return simdjson::validate_utf8(text.data(), text.size());
+  return isShortAscii(text) || simdjson::validate_utf8(text.data(), text.size());
 }
 
 bool Writer::isUtf8(std::string_view text) {
