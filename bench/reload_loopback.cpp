@@ -32,7 +32,7 @@ std::string fetchByUs(const wire::PairingCredentials& bridge) {
   auto body = QCoro::waitFor(client::fetch(
       context, {.request = live::buildRequest(live::operations::session("s"), bridge, "k"), .file = {}}, {}));
   if (!body) throw std::runtime_error("the answer did not arrive");
-  return std::move(*body).join();
+  return std::move(*body).text().value();
 }
 
 QByteArray fetchByQt(QNetworkAccessManager& network, const QUrl& url) {
