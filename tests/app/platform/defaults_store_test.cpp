@@ -28,6 +28,14 @@ class DefaultsFileStoreTest : public ::testing::Test {
     std::ofstream(folder / key, std::ios::trunc | std::ios::binary) << bytes;
   }
 
+  /// A file that is whole, with that word for its form.
+  std::string fileOf(const std::string& form, const std::string& payload) {
+    EXPECT_TRUE(open().set("Varnel.Made", Data{payload}));
+    std::ifstream file(folder / "Varnel.Made", std::ios::binary);
+    std::string content(std::istreambuf_iterator<char>(file), {});
+    return content.replace(content.find("data"), 4, form);
+  }
+
   testing::TemporaryDirectory directory;
   fs::path folder = directory.path() / "defaults";
   std::vector<std::string> warnings;
@@ -74,14 +82,15 @@ TEST_F(DefaultsFileStoreTest, WhatCannotBeStoredLeavesTheOldValue) {
 
 TEST_F(DefaultsFileStoreTest, SetsACorruptFileAsideAndGoesOn) {
   ASSERT_TRUE(open().set("Varnel.Other", true));
+  const std::string whole = fileOf("data", "abcdef");
   const std::vector<std::string> corrupt{"",
                                          std::string(64, '\0'),
-                                         "varnel data 9\ncut",
-                                         "varnel data 3\ntoo long",
-                                         "varnel odd 3\nabc",
-                                         "varnel flag 3\nyes",
-                                         "varnel dictionary 9\n{\"a\":1.0}",
-                                         "{\"a\":\"b\"}"};
+                                         whole.substr(0, whole.size() - 1),
+                                         whole + "g",
+                                         fileOf("odd", "abc"),
+                                         fileOf("flag", "yes"),
+                                         fileOf("dictionary", R"({"a":1.0})"),
+                                         R"({"a":"b"})"};
   for (std::size_t i = 0; i < corrupt.size(); ++i) {
     overwrite("Varnel.Key", corrupt[i]);
     DefaultsFileStore store = open();
