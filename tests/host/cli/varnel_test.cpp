@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -185,6 +186,82 @@ TEST_F(VarnelTest, showsACodeThatIsReplacedByTheNext) {
   EXPECT_EQ(second->line(), "claimed by Phone");
   EXPECT_EQ(second->status(), 0);
   EXPECT_TRUE(std::filesystem::exists(folder.path() / "code.png"));
+}
+
+/// A `varnel` on a terminal of 80 by 24; killed with the test.
+class TerminalCommand {
+ public:
+  explicit TerminalCommand(std::vector<std::string> words) : m_terminal(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    const winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+    if (::grantpt(m_terminal) != 0 || ::unlockpt(m_terminal) != 0 || ::ioctl(m_terminal, TIOCSWINSZ, &size) != 0) {
+      throw std::runtime_error("no terminal");
+    }
+    words.insert(words.begin(), VARNEL_BINARY);
+    std::vector<char*> argv;
+    for (auto& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, ::ptsname(m_terminal), O_RDWR, 0);
+    ::posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
+    ::posix_spawn(&m_process, VARNEL_BINARY, &actions, nullptr, argv.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+  }
+  ~TerminalCommand() {
+    ::kill(m_process, SIGKILL);
+    ::waitpid(m_process, nullptr, 0);
+    ::close(m_terminal);
+  }
+  TerminalCommand(const TerminalCommand&) = delete;
+  TerminalCommand& operator=(const TerminalCommand&) = delete;
+
+  /// All that it has written, once the mark is in it.
+  const std::string& textUpTo(const std::string& mark) {
+    while (!m_text.contains(mark)) {
+      pollfd ready{.fd = m_terminal, .events = POLLIN, .revents = 0};
+      std::array<char, 4096> piece{};
+      if (::poll(&ready, 1, 20'000) <= 0) break;
+      const auto size = ::read(m_terminal, piece.data(), piece.size());
+      if (size <= 0) break;
+      m_text.append(piece.data(), static_cast<std::size_t>(size));
+    }
+    return m_text;
+  }
+
+ private:
+  int m_terminal;
+  pid_t m_process = -1;
+  std::string m_text;
+};
+
+/// How many rows of 80 columns a text takes, its control sequences left out.
+std::size_t rowsOf(const std::string& text) {
+  std::size_t rows = 1;
+  std::size_t column = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\x1b') {
+      i = text.find_first_of("mK", i);
+    } else if (text[i] == '\n') {
+      ++rows;
+      column = 0;
+    } else if (text[i] == '\r') {
+      column = 0;
+    } else if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U && ++column > 80) {
+      ++rows;
+      column = 1;
+    }
+  }
+  return rows;
+}
+
+TEST_F(VarnelTest, pairingFitsATerminalAndCountsDown) {
+  const auto serving = serve();
+  TerminalCommand pairing(with({"pair"}));
+  const auto shown = pairing.textUpTo("valid for ");
+  EXPECT_LE(rowsOf(shown), 24U) << "the code scrolls away";
+  EXPECT_THAT(pairing.textUpTo("valid for 4:58"), HasSubstr("\r\x1b[Kvalid for 4:58"));
+  claim(wire::decode<wire::PairPayload>(shown.substr(0, shown.find('\r'))).value().secret, "Phone");
+  EXPECT_THAT(pairing.textUpTo("claimed by"), HasSubstr("\r\x1b[Kclaimed by"));
 }
 
 TEST_F(VarnelTest, keepsWhatWasPairedAndPinnedOverAKill) {
