@@ -106,18 +106,18 @@ def text_of(item):
 def understand(items):
     """The keyword and argument of the last message, the tools' results since, and how many pictures it has."""
     start, said = 0, ""
+    # Later versions say a goal's objective as a tool's output of that name, not in the message.
+    goal = " ".join(str(item.get("output")) for item in items if item.get("name") == "goal_objective")
     for index, item in enumerate(items):
-        # A goal is said in a message of its own or, by later versions, as a tool's output.
-        is_goal = item.get("name") == "goal_objective"
-        if item.get("type", "message") != "message" and not is_goal:
+        if item.get("type", "message") != "message":
             continue
-        text = str(item.get("output")) if is_goal else text_of(item)
-        if is_goal or "Continue working toward the active thread goal" in text:
-            start, said = index + is_goal, "#slow 60" if "keep-slow" in text else "#finish-goal"
+        text = text_of(item)
+        if "Continue working toward the active thread goal" in text:
+            start, said = index, "#slow 60" if "keep-slow" in text + goal else "#finish-goal"
         elif item.get("role") == "user" and not text.startswith("<"):
             start, said = index, text
     results = [item.get("output") for item in items[start:] if item.get("type", "").endswith("_call_output")]
-    parts = items[start].get("content") if start < len(items) else []
+    parts = items[start].get("content") if items else []
     pictures = sum(part.get("type") == "input_image" for part in parts or [])
     found = re.search(r"#([a-z-]+) *([^\n]*)", said)
     keyword, argument = found.groups() if found else ("", "")

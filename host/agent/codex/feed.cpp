@@ -112,7 +112,8 @@ void Feed::onStatus(const JSONValue& params) {
   if (parents.contains(id)) return;
   auto* thread = find(id);
   if (thread == nullptr) {
-    m_hooks.follow(id);
+    // To follow is to load, and what is loaded for no reason may begin to work.
+    if (textOf(memberOf(params, "status"), "type") != "notLoaded") m_hooks.follow(id);
     return;
   }
   takeStatus(*thread, memberOf(params, "status"));

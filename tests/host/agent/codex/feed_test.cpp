@@ -278,6 +278,23 @@ TEST(Feed, aRequestIsAskedAgainUnderTheSameName) {
   EXPECT_EQ(replay.feed.requests.size(), 2U) << "another process counts from the beginning";
 }
 
+TEST(Feed, loadsNothingJustToShowIt) {
+  std::vector<std::string> followed;
+  Feed feed{{.now = [] { return 0.0; },
+             .report = [](const Change&) {},
+             .follow = [&](const std::string& id) { followed.push_back(id); }}};
+  const auto tell = [&](const char* id, const char* type) {
+    feed.notified("thread/status/changed", Object{{"threadId", id}, {"status", Object{{"type", type}}}});
+  };
+  tell("unknown", "notLoaded");
+  feed.add("known");
+  tell("known", "notLoaded");
+  EXPECT_TRUE(followed.empty());
+  tell("known", "active");
+  tell("new", "active");
+  EXPECT_THAT(followed, ElementsAre("known", "new"));
+}
+
 TEST(Feed, aSubAgentAsksWhereItsWorkBegan) {
   Replay replay("sub-agent");
   ASSERT_TRUE(replay.playTo("item/commandExecution/requestApproval"));
