@@ -21,6 +21,7 @@ int launch(const LaunchOptions& options) {
   std::vector<std::string> words{command->string()};
   words.insert(words.end(), options.arguments.begin(), options.arguments.end());
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (auto& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   ::execv(command->c_str(), arguments.data());

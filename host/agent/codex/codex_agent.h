@@ -70,7 +70,7 @@ class CodexAgent final : public Agent {
   Await<std::expected<std::shared_ptr<Connection>, std::string>> reach();
   Await<Outcome> greet();
   Await<Outcome> loadAll();
-  Await<Outcome> listThreads(bool archived, std::set<std::string>& seen);
+  Await<std::expected<std::set<std::string>, std::string>> listThreads(bool archived);
   Await<void> readStates();
   Await<void> readLastTurn(std::string id);
   Await<void> watchOthers();
@@ -78,6 +78,7 @@ class CodexAgent final : public Agent {
   Await<void> follow(std::string id);
   void lost();
   void wantKept();
+  Await<void> keepSoon();
   void keepNow();
   Await<void> pause(std::chrono::milliseconds time);
   void log(const std::string& line) const;

@@ -96,7 +96,7 @@ class SocketConnection final : public Connection {
     if (closed) closed();
   }
 
-  void send(Object message) {
+  void send(const Object& message) {
     auto text = json::write(message);
     if (!text || !m_open) return;
     m_outgoing.push_back(std::move(*text));

@@ -143,6 +143,34 @@ bool isStoredElsewhere(const Thread& thread, const JSONValue& item) {
   return !thread.hasStableIds && (type == "userMessage" || type == "reasoning");
 }
 
+struct Turn {
+  std::string id;
+  std::vector<Placed> items;
+};
+
+void layLiveItems(Turn& turn, const Thread& thread, std::set<std::string>& seen) {
+  for (const auto& live : thread.live) {
+    if (live.turnId != turn.id || isStoredElsewhere(thread, live.item)) continue;
+    if (!seen.insert(textOf(live.item, "id")).second) continue;
+    insert(turn.items, {.at = live.at, .item = transcriptItem(live.item, turn.id, live.at)});
+  }
+}
+
+/// Items that the agent does not store, by turn.
+using Forgotten = std::multimap<std::string_view, const store::AgentMemory::Item*>;
+
+void layForgottenItems(Turn& turn, const Thread& thread, const Forgotten& forgotten, std::set<std::string>& seen) {
+  const auto [begin, end] = forgotten.equal_range(turn.id);
+  for (auto entry = begin; entry != end; ++entry) {
+    const auto& kept = *entry->second;
+    const auto item = json::parse(kept.body.value_or("null")).value_or(JSONValue());
+    // What was at work when its turn ended is gone.
+    const bool isGone = textOf(item, "status") == "inProgress" && thread.turn != turn.id;
+    if (isGone || !seen.insert(kept.id).second) continue;
+    insert(turn.items, {.at = kept.at, .item = transcriptItem(item, turn.id, kept.at)});
+  }
+}
+
 }  // namespace
 
 wire::TranscriptItem transcriptItem(const JSONValue& item, const std::string& turnId, double at) {
@@ -170,35 +198,25 @@ wire::TranscriptItem transcriptItem(const JSONValue& item, const std::string& tu
 std::vector<wire::TranscriptItem> transcriptOf(const JSONValue::Array& turns, const Thread& thread,
                                                const std::vector<store::AgentMemory::Item>& known) {
   Known byId;
-  for (const auto& item : known) byId[item.id] = &item;
-  std::vector<std::pair<std::string, std::vector<Placed>>> whole;
+  Forgotten forgotten;
+  for (const auto& item : known) {
+    byId[item.id] = &item;
+    if (item.body) forgotten.emplace(item.turnId, &item);
+  }
+  std::vector<Turn> whole;
   std::set<std::string> seen;
+  bool isRunningListed = !thread.turn;
   for (const auto& turn : turns) {
-    whole.emplace_back(textOf(turn, "id"), storedItems(turn, byId));
-    for (const auto& placed : whole.back().second) seen.insert(placed.item.id);
+    whole.push_back({.id = textOf(turn, "id"), .items = storedItems(turn, byId)});
+    for (const auto& placed : whole.back().items) seen.insert(placed.item.id);
+    isRunningListed = isRunningListed || whole.back().id == thread.turn;
   }
-  const auto isListed = [&](const std::string& id) {
-    return std::ranges::count(whole, id, [](const auto& turn) { return turn.first; }) > 0;
-  };
-  if (thread.turn && !isListed(*thread.turn)) whole.emplace_back(*thread.turn, std::vector<Placed>());
-  for (auto& [turnId, items] : whole) {
-    for (const auto& live : thread.live) {
-      const auto id = textOf(live.item, "id");
-      if (live.turnId != turnId || isStoredElsewhere(thread, live.item) || !seen.insert(id).second) continue;
-      insert(items, {.at = live.at, .item = transcriptItem(live.item, turnId, live.at)});
-    }
-    for (const auto& kept : known) {
-      if (kept.turnId != turnId || !kept.body || seen.contains(kept.id)) continue;
-      const auto item = json::parse(*kept.body).value_or(JSONValue());
-      // What was at work when its turn ended is gone.
-      if (textOf(item, "status") == "inProgress" && thread.turn != turnId) continue;
-      seen.insert(kept.id);
-      insert(items, {.at = kept.at, .item = transcriptItem(item, turnId, kept.at)});
-    }
-  }
+  if (!isRunningListed) whole.push_back({.id = *thread.turn, .items = {}});
   std::vector<wire::TranscriptItem> items;
-  for (auto& [turnId, placed] : whole) {
-    for (auto& one : placed) items.push_back(std::move(one.item));
+  for (auto& turn : whole) {
+    layLiveItems(turn, thread, seen);
+    layForgottenItems(turn, thread, forgotten, seen);
+    for (auto& one : turn.items) items.push_back(std::move(one.item));
   }
   return items;
 }

@@ -57,6 +57,7 @@ bool hasServiceManager() {
 /// Runs a command that puts itself into the background, and waits until it has.
 std::expected<void, std::string> runToBackground(std::vector<std::string> words, const std::filesystem::path& log) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (auto& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   const std::string output = log.empty() ? "/dev/null" : log.string();
@@ -84,7 +85,7 @@ std::optional<std::filesystem::path> findCommand(const std::string& name) {
   if (name.contains('/')) return isProgram(name) ? std::optional(std::filesystem::absolute(name)) : std::nullopt;
   std::istringstream folders(environment("PATH"));
   for (std::string folder; std::getline(folders, folder, ':');) {
-    const auto path = std::filesystem::path(folder) / name;
+    auto path = std::filesystem::path(folder) / name;
     if (!folder.empty() && isProgram(path)) return path;
   }
   return std::nullopt;

@@ -164,7 +164,9 @@ asio::awaitable<CodexAgent::Outcome> CodexAgent::greet() {
 asio::awaitable<CodexAgent::Outcome> CodexAgent::loadAll() {
   std::set<std::string> seen;
   for (const bool archived : {false, true}) {
-    if (auto listed = co_await listThreads(archived, seen); !listed) co_return listed;
+    auto listed = co_await listThreads(archived);
+    if (!listed) co_return std::unexpected(listed.error());
+    seen.merge(*listed);
   }
   const auto loaded = co_await call("thread/loaded/list", Object{});
   if (!loaded) co_return std::unexpected(loaded.error().text);
@@ -178,7 +180,9 @@ asio::awaitable<CodexAgent::Outcome> CodexAgent::loadAll() {
   co_return Outcome();
 }
 
-asio::awaitable<CodexAgent::Outcome> CodexAgent::listThreads(bool archived, std::set<std::string>& seen) {
+/// The ids of all that are listed.
+asio::awaitable<std::expected<std::set<std::string>, std::string>> CodexAgent::listThreads(bool archived) {
+  std::set<std::string> seen;
   JSONValue cursor;
   do {
     const auto page = co_await call("thread/list", Object{{"limit", kPage},
@@ -200,7 +204,7 @@ asio::awaitable<CodexAgent::Outcome> CodexAgent::listThreads(bool archived, std:
     }
     cursor = memberOf(*page, "nextCursor");
   } while (cursor.string() != nullptr);
-  co_return Outcome();
+  co_return seen;
 }
 
 /// Reads how the conversations ended that changed while nobody looked.
@@ -305,14 +309,13 @@ asio::awaitable<bool> CodexAgent::lookForChanges() {
 void CodexAgent::wantKept() {
   if (m_isKeeping || (m_feed.itemsToKeep.empty() && m_feed.threadsToKeep.empty())) return;
   m_isKeeping = true;
-  asio::co_spawn(
-      m_executor,
-      [](CodexAgent& self) -> asio::awaitable<void> {
-        co_await self.pause(300ms);
-        self.m_isKeeping = false;
-        if (!self.m_stopped) self.keepNow();
-      }(*this),
-      asio::detached);
+  asio::co_spawn(m_executor, keepSoon(), asio::detached);
+}
+
+asio::awaitable<void> CodexAgent::keepSoon() {
+  co_await pause(300ms);
+  m_isKeeping = false;
+  if (!m_stopped) keepNow();
 }
 
 void CodexAgent::keepNow() {

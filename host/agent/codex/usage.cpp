@@ -6,7 +6,6 @@
 
 namespace varnel::agent::codex {
 
-namespace asio = boost::asio;
 using Object = JSONValue::Object;
 
 namespace {
