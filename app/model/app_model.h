@@ -39,9 +39,9 @@ class AppModel : public QObject {
   Q_OBJECT
 
  public:
-  static constexpr const char* preferencesKey = "Varnel.SessionPreferences";
-  static constexpr const char* readPositionsKey = "Varnel.ReadPositions";
-  static constexpr const char* usageCacheKey = "Varnel.UsageCache";
+  static constexpr const char* kPreferencesKey = "Varnel.SessionPreferences";
+  static constexpr const char* kReadPositionsKey = "Varnel.ReadPositions";
+  static constexpr const char* kUsageCacheKey = "Varnel.UsageCache";
 
   /// Loads the pairing and what the last run saved, and takes up its live activity; does not contact the bridge.
   explicit AppModel(Surroundings surroundings, QObject* parent = nullptr);

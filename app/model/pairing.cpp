@@ -56,7 +56,7 @@ void AppModel::unpair() {
   m_client->setCredentials(std::nullopt);
   assign(m_fields.credentials, {}, &AppModel::credentialsChanged);
   forgetPairing();
-  for (const char* key : {preferencesKey, usageCacheKey}) std::ignore = m_surroundings.defaults->remove(key);
+  for (const char* key : {kPreferencesKey, kUsageCacheKey}) std::ignore = m_surroundings.defaults->remove(key);
   m_surroundings.usageResetNotifier.removePending();
   m_surroundings.conversationNotifier.clear();
   for (const auto& forget : m_surroundings.onUnpair) forget();

@@ -23,8 +23,8 @@ std::optional<Record> saved(const platform::DefaultsStore& defaults, const char*
 void AppModel::readSaved() {
   const auto& defaults = *m_surroundings.defaults;
   m_fields.sessionPreferences =
-      saved<wire::PreferencesBySession>(defaults, preferencesKey).value_or(wire::PreferencesBySession());
-  m_fields.usage = saved<wire::UsageEnvelope>(defaults, usageCacheKey);
+      saved<wire::PreferencesBySession>(defaults, kPreferencesKey).value_or(wire::PreferencesBySession());
+  m_fields.usage = saved<wire::UsageEnvelope>(defaults, kUsageCacheKey);
   if (m_fields.usage) m_fields.rateLimit = live::shownWindow(*m_fields.usage);
 }
 
@@ -43,22 +43,22 @@ void AppModel::setSessionPreferences(const std::string& sessionId, wire::Convers
 
 void AppModel::saveSessionPreferences() const {
   const auto text = wire::encode(m_fields.sessionPreferences);
-  if (text) std::ignore = m_surroundings.defaults->set(preferencesKey, platform::Data{*text});
+  if (text) std::ignore = m_surroundings.defaults->set(kPreferencesKey, platform::Data{*text});
 }
 
 void AppModel::markRead(const std::string& sessionId, const std::optional<std::string>& through) {
   if (!through) return;
   auto positions =
-      m_surroundings.defaults->get<platform::Dictionary>(readPositionsKey).value_or(platform::Dictionary());
+      m_surroundings.defaults->get<platform::Dictionary>(kReadPositionsKey).value_or(platform::Dictionary());
   const auto [position, isNew] = positions.try_emplace(sessionId, *through);
   if (!isNew && position->second == *through) return;
   position->second = *through;
-  std::ignore = m_surroundings.defaults->set(readPositionsKey, positions);
+  std::ignore = m_surroundings.defaults->set(kReadPositionsKey, positions);
 }
 
 std::optional<std::string> AppModel::lastReadItemID(const std::string& sessionId) const {
   const auto positions =
-      m_surroundings.defaults->get<platform::Dictionary>(readPositionsKey).value_or(platform::Dictionary());
+      m_surroundings.defaults->get<platform::Dictionary>(kReadPositionsKey).value_or(platform::Dictionary());
   const auto position = positions.find(sessionId);
   return position == positions.end() ? std::nullopt : std::optional(position->second);
 }

@@ -84,7 +84,7 @@ QCoro::Task<> AppModel::refreshRateLimitUntil(std::stop_token stop) {
     auto watched = live::windowsToWatch(*usage);
     const auto shown = live::shownWindow(*usage);
     if (const auto text = wire::encode(*usage)) {
-      std::ignore = m_surroundings.defaults->set(usageCacheKey, platform::Data{*text});
+      std::ignore = m_surroundings.defaults->set(kUsageCacheKey, platform::Data{*text});
     }
     const bool usageDiffers = put(m_fields.usage, *std::move(usage));
     const bool rateLimitDiffers = put(m_fields.rateLimit, shown);
