@@ -97,7 +97,8 @@ Answer AnswerParser::take() {
   if (boost::beast::iequals(encoding, "gzip") || boost::beast::iequals(encoding, "x-gzip")) {
     response.body().setGzip(static_cast<std::int64_t>(m_beast->bodyLimit));
   }
-  return {static_cast<int>(response.result_int()), std::move(response.body())};
+  std::string contract(response["Varnel-Contract"]);
+  return {static_cast<int>(response.result_int()), std::move(response.body()), std::move(contract)};
 }
 
 }  // namespace varnel::client

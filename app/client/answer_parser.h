@@ -14,6 +14,7 @@ namespace varnel::client {
 struct Answer {
   int status = 0;
   Body body;
+  std::string contract;  ///< the version that the bridge says it speaks; empty when it says none
 };
 
 /// Reads one HTTP/1 answer out of bytes as they come; interim answers (1xx) are skipped. No I/O.

@@ -57,6 +57,9 @@ class APIClient {
   APIClient(const APIClient&) = delete;
   APIClient& operator=(const APIClient&) = delete;
 
+  /// The version of the contract that the bridge named in its last answer; empty while it named none.
+  [[nodiscard]] const std::string& bridgeContract() const { return *m_contract; }
+
   /// Nothing after unpairing. Calls that are under way keep what they started with.
   void setCredentials(std::optional<wire::PairingCredentials> credentials);
 
@@ -114,6 +117,7 @@ class APIClient {
   std::optional<wire::PairingCredentials> m_credentials;
   ClientOptions m_options;
   std::stop_source m_gone;
+  std::shared_ptr<std::string> m_contract = std::make_shared<std::string>();
 };
 
 }  // namespace varnel::client

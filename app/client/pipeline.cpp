@@ -20,6 +20,7 @@ Task<Result<Body>> fetch(CallContext context, OutgoingRequest outgoing, std::sto
   if (!outgoing.request) co_return std::unexpected(toClientError(outgoing.request.error()));
   auto answer = co_await exchange(*std::move(outgoing.request), std::move(outgoing.file), context.limits, stop);
   if (!answer) co_return std::unexpected(answer.error());
+  *context.contract = answer->contract;
   if (answer->status >= 200 && answer->status <= 299) co_return Result<Body>(std::move(answer->body));
 
   const int status = answer->status;

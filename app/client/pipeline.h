@@ -26,6 +26,7 @@ struct CallContext {
   ExchangeLimits limits;
   std::int64_t decodeHereLimit;  ///< bytes
   std::stop_token clientGone;
+  std::shared_ptr<std::string> contract;  ///< takes what the answers say of the bridge's version
 };
 
 /// One request as it goes out, or why it cannot be built; and what its failure says when the bridge gives no text.

@@ -46,6 +46,8 @@ struct LiveActivities {
   std::function<void()> restore = [] {};
   std::function<client::Task<void>(wire::LiveEvent)> apply = [](auto) -> client::Task<void> { co_return; };
   std::function<client::Task<void>()> clear = []() -> client::Task<void> { co_return; };
+  /// Whether a turn may be shown there.
+  std::function<bool()> areEnabled = [] { return false; };
 };
 
 /// Reminders of the moment a limit resets; none where these are left as they are.

@@ -5,10 +5,15 @@ import QtQuick
 import QtQuick.Templates as T
 
 /// A page over the page: it slides up from the bottom of a phone and stands as a card in the middle of a large window.
-/// Closed by its cross, by Escape and by a press outside.
+/// Closed by its cross, or the word that stands in its place, by Escape and by a press outside.
 T.Dialog {
     id: root
 
+    property string doneText: ""
+    /// The word stands on the left, where cancelling does.
+    property bool doneLeading: false
+    /// On a large window it is as tall as that allows, whatever is in it.
+    property bool tall: false
     readonly property bool wide: parent !== null && parent.width >= Theme.wideFrom
     readonly property real restingY: wide ? (parent.height - height) / 2 : parent ? parent.height - height : 0
     property real slide: 0
@@ -16,20 +21,22 @@ T.Dialog {
     x: parent ? (parent.width - width) / 2 : 0
     y: restingY + slide
     width: wide ? 480 : parent ? parent.width : 0
-    height: wide ? Math.min(implicitHeight, parent.height - 2 * Theme.margin) : parent ? parent.height - 3 * Theme.unit : 0
+    height: wide ? Math.min(tall ? 720 : implicitHeight, parent.height - 2 * Theme.margin) : parent ? parent.height - 3 * Theme.unit : 0
     implicitHeight: implicitHeaderHeight + implicitContentHeight + topPadding + bottomPadding
     padding: Theme.margin
     topPadding: Theme.unit
     modal: true
     focus: true
 
+    // qmllint disable deferred-property-id
     header: Item {
         implicitHeight: Theme.touchTarget + Theme.unit
 
         Text {
-            anchors.left: parent.left
-            anchors.right: closeButton.left
-            anchors.leftMargin: Theme.margin
+            anchors.left: root.doneLeading ? doneButton.right : parent.left
+            anchors.right: root.doneLeading ? parent.right : root.doneText ? doneButton.left : closeButton.left
+            anchors.leftMargin: root.doneLeading ? Theme.unit : Theme.margin
+            anchors.rightMargin: Theme.unit
             anchors.verticalCenter: parent.verticalCenter
             text: root.title
             textFormat: Text.PlainText
@@ -44,12 +51,25 @@ T.Dialog {
             anchors.right: parent.right
             anchors.rightMargin: Theme.half
             anchors.verticalCenter: parent.verticalCenter
+            visible: !root.doneText
             symbol: "xmark"
             label: qsTr("Close")
             tone: Theme.secondary
             onClicked: root.reject()
         }
+        TextButton {
+            id: doneButton
+
+            anchors.left: root.doneLeading ? parent.left : undefined
+            anchors.right: root.doneLeading ? undefined : parent.right
+            anchors.margins: Theme.half
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.doneText.length > 0
+            text: root.doneText
+            onClicked: root.reject()
+        }
     }
+    // qmllint enable deferred-property-id
     background: Rectangle {
         radius: Theme.cardRadius
         color: Theme.page

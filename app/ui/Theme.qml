@@ -19,6 +19,7 @@ QtObject {
     readonly property color secondary: highContrast ? text : dark ? "#A4AEBC" : "#596372"
     readonly property color hairline: highContrast ? text : dark ? "#2A2F38" : "#E2E5EA"
     readonly property color accent: dark ? "#90A8FF" : "#3A5CCC"
+    readonly property color track: highContrast ? secondary : dark ? "#4A5262" : "#B9C0CB"
     readonly property color accentText: dark ? "#0F1115" : "#FFFFFF"
     readonly property color blue: dark ? "#74B4FF" : "#1667CF"
     readonly property color green: dark ? "#62C784" : "#1C7A39"
@@ -95,6 +96,11 @@ QtObject {
             family: root.codeFamily,
             pixelSize: Math.round(pixels * root.textScale)
         });
+    }
+
+    /// A veil of the colour over whatever lies under it.
+    function veil(base: color, percent: real): color {
+        return Qt.rgba(base.r, base.g, base.b, percent * (root.highContrast ? 2 : 1) / 100);
     }
 
     function scaled(pixels: real, weight: int): font {

@@ -10,10 +10,13 @@ Rectangle {
     required property string title
     property bool canGoBack: false
     default property alias trailing: trailingRow.data
+    /// What stands under the title, across the bar.
+    property alias below: belowArea.data
+    property real barHeight: Theme.touchTarget + Theme.unit
 
     signal backRequested
 
-    implicitHeight: Theme.touchTarget + Theme.unit
+    implicitHeight: barHeight + (belowArea.children.length > 0 ? belowArea.height + Theme.unit : 0)
     color: Theme.surface
 
     SymbolButton {
@@ -21,7 +24,7 @@ Rectangle {
 
         anchors.left: parent.left
         anchors.leftMargin: Theme.half
-        anchors.verticalCenter: parent.verticalCenter
+        y: (root.barHeight - height) / 2
         visible: root.canGoBack
         symbol: "chevron.left"
         label: qsTr("Back")
@@ -32,7 +35,7 @@ Rectangle {
         anchors.right: trailingRow.left
         anchors.leftMargin: root.canGoBack ? Theme.half : Theme.margin
         anchors.rightMargin: Theme.unit
-        anchors.verticalCenter: parent.verticalCenter
+        y: (root.barHeight - height) / 2
         text: root.title
         textFormat: Text.PlainText
         font: Theme.title2
@@ -46,8 +49,16 @@ Rectangle {
 
         anchors.right: parent.right
         anchors.rightMargin: Theme.unit
-        anchors.verticalCenter: parent.verticalCenter
+        y: (root.barHeight - height) / 2
         spacing: Theme.half
+    }
+    Item {
+        id: belowArea
+
+        x: Theme.margin
+        y: root.barHeight
+        width: root.width - 2 * x
+        height: childrenRect.height
     }
     Rectangle {
         anchors.bottom: parent.bottom

@@ -42,6 +42,12 @@ Appearance::Appearance(ColorScheme scheme, const QDBusConnection& bus, QObject* 
   readAll(connection);
 }
 
+void Appearance::setScheme(ColorScheme scheme) {
+  if (scheme == m_scheme) return;
+  m_scheme = scheme;
+  emit changed();
+}
+
 bool Appearance::dark() const {
   return m_scheme == ColorScheme::Dark || (m_scheme == ColorScheme::System && m_systemDark);
 }

@@ -32,6 +32,8 @@ class Appearance : public QObject {
   /// `scheme` other than System overrules the portal's light or dark; the other settings are followed all the same.
   Appearance(ColorScheme scheme, const QDBusConnection& bus, QObject* parent = nullptr);
 
+  void setScheme(ColorScheme scheme);
+
   [[nodiscard]] bool dark() const;
   [[nodiscard]] bool highContrast() const { return m_highContrast; }
   [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }

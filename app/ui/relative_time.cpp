@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/ui/relative_time.h"
 
-#include <unicode/locid.h>
 #include <unicode/reldatefmt.h>
-#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+
+#include "app/ui/icu_text.h"
 
 namespace varnel::ui {
 namespace {
@@ -23,19 +23,13 @@ constexpr std::array kSteps{
     Step{86'400, UDAT_REL_UNIT_DAY},      Step{3'600, UDAT_REL_UNIT_HOUR},      Step{60, UDAT_REL_UNIT_MINUTE},
 };
 
-QString toQString(const icu::UnicodeString& text) {
-  return QString::fromUtf16(text.getBuffer(), text.length());
-}
-
 }  // namespace
 
 QString relativeTime(double moment, double now, const QLocale& locale) {
   const double age = now - moment;
   if (!std::isfinite(age)) return {};
   UErrorCode status = U_ZERO_ERROR;
-  // ICU has no words for the locale C; its own fallback knows no plural.
-  const QByteArray name = locale.language() == QLocale::C ? QByteArray("en") : locale.name().toLatin1();
-  const icu::RelativeDateTimeFormatter formatter(icu::Locale(name.constData()), status);
+  const icu::RelativeDateTimeFormatter formatter(toIcu(locale), status);
   icu::UnicodeString text;
   const auto* const step = std::ranges::find_if(kSteps, [age](const Step& each) { return age >= each.seconds; });
   if (step == kSteps.end()) {

@@ -16,6 +16,8 @@ import pyatspi  # noqa: E402
 
 POLL_SECONDS = 0.05
 STANDING_STILL_SECONDS = 0.12
+# Between turns of the wheel: turns close together are taken for one large one.
+GLIDING_SECONDS = 0.4
 
 
 class NotSeen(AssertionError):
@@ -141,6 +143,56 @@ class Driver:
         run("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
         # Out of the way, so that no picture shows a hovered control; where it goes no control is.
         run("xdotool", "mousemove", "1299", "859")
+
+    def click_right(self, node):
+        place = self.settled(node)
+        run("xdotool", "mousemove", "--sync", str(place.x + place.width // 2), str(place.y + place.height // 2))
+        run("xdotool", "click", "3", "mousemove", "1299", "859")
+
+    def swipe(self, node, distance):
+        """Drags the node sideways by so many pixels as a finger does, and lets go."""
+        place = self.settled(node)
+        x, y = place.x + place.width // 2, place.y + place.height // 2
+        run("xdotool", "mousemove", "--sync", str(x), str(y), "mousedown", "1")
+        for step in range(1, 11):
+            run("xdotool", "mousemove", "--sync", str(x + distance * step // 10), str(y))
+        run("xdotool", "mouseup", "1")
+
+    def scroll(self, node, clicks):
+        """Turns the wheel over the node: down for a positive number."""
+        place = self.place(node)
+        run("xdotool", "mousemove", "--sync", str(place.x + place.width // 2), str(place.y + place.height // 2))
+        run("xdotool", "click", "--repeat", str(abs(clicks)), "--delay", "20", "5" if clicks > 0 else "4")
+        run("xdotool", "mousemove", "1299", "859")
+
+    def scroll_to(self, list_name, wanted):
+        """The first row whose name `wanted` takes, scrolled to where it can be touched. Rows out of view do not exist."""
+        view = self.find("list", list_name)
+        for turn in range(40):
+            bounds = self.place(view)
+            for row in self.all("list item", view):
+                if not wanted(row.name):
+                    continue
+                place = self.settled(row)
+                if bounds.y <= place.y and place.y + place.height <= bounds.y + bounds.height:
+                    return row
+            self.scroll(view, 1 if turn else -80)
+            time.sleep(GLIDING_SECONDS)
+        raise NotSeen(f"no such row in {list_name}: {self.rows(list_name)}")
+
+    def scroll_page_to(self, role, name):
+        """What is on a page that scrolls, from its top, brought above the tabs."""
+        frame = self.all("frame")[0]
+        bounds = self.place(frame)
+        for turn in range(40):
+            node = next((each for each in self.all(role) if each.name == name), None)
+            if turn and node:
+                place = self.settled(node)
+                if bounds.y + 60 <= place.y and place.y + place.height <= bounds.y + bounds.height - 60:
+                    return node
+            self.scroll(frame, 1 if turn else -80)
+            time.sleep(GLIDING_SECONDS)
+        raise NotSeen(f'{role} "{name}" is not on the page')
 
     def key(self, *keys):
         run("xdotool", "key", *keys)

@@ -3,6 +3,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Dialogs
+import QtMultimedia
 import Varnel.Ui
 import Varnel.Screens
 
@@ -37,10 +39,19 @@ Sheet {
                 radius: Theme.cardRadius
                 color: Theme.viewfinder
 
+                VideoOutput {
+                    id: view
+
+                    anchors.fill: parent
+                    fillMode: VideoOutput.PreserveAspectCrop
+                    Accessible.ignored: true
+                    Component.onCompleted: root.pairing.preview = videoSink
+                }
                 Column {
                     id: notice
 
                     anchors.centerIn: parent
+                    visible: root.pairing.cameraNotice.length > 0
                     width: parent.width - 2 * 24
                     spacing: Theme.cardPadding
 
@@ -67,6 +78,11 @@ Sheet {
                 highlighted: true
                 text: qsTr("Paste code")
                 onClicked: root.pairing.pasteCode()
+            }
+            Button {
+                width: column.width
+                text: qsTr("Open QR image")
+                onClicked: imageDialog.open()
             }
             Label {
                 width: column.width
@@ -103,5 +119,13 @@ Sheet {
                 }
             }
         }
+    }
+
+    FileDialog {
+        id: imageDialog
+
+        title: qsTr("Open QR image")
+        nameFilters: [qsTr("Pictures") + " (*.png *.jpg *.jpeg *.webp *.bmp *.gif *.svg)"]
+        onAccepted: root.pairing.openImage(selectedFile)
     }
 }

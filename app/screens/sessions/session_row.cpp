@@ -12,13 +12,14 @@
 namespace varnel::screens {
 
 BOOST_DESCRIBE_STRUCT(SessionRow, (),
-                      (sessionId, project, commentary, stateWord, stateSymbol, stateTone, when, pinned, live, spoken))
+                      (sessionId, project, commentary, stateWord, stateSymbol, stateTone, when, pinned, live, active,
+                       unread, draft, spoken))
 
 namespace {
 
-QString tr(const char* text) {
-  return QCoreApplication::translate("SessionRow", text);
-}
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(SessionRow)
+};
 
 }  // namespace
 
@@ -26,22 +27,22 @@ StateLook lookOf(wire::CodexTurnState state) {
   using enum wire::CodexTurnState;
   switch (state) {
     case Working:
-      return {tr("Working"), QStringLiteral("sparkles"), QStringLiteral("blue")};
+      return {Words::tr("Working"), QStringLiteral("sparkles"), QStringLiteral("blue")};
     case NeedsInput:
-      return {tr("Needs input"), QStringLiteral("exclamationmark.bubble.fill"), QStringLiteral("orange")};
+      return {Words::tr("Needs input"), QStringLiteral("exclamationmark.bubble.fill"), QStringLiteral("orange")};
     case Done:
-      return {tr("Done"), QStringLiteral("checkmark.circle.fill"), QStringLiteral("green")};
+      return {Words::tr("Done"), QStringLiteral("checkmark.circle.fill"), QStringLiteral("green")};
     case Failed:
-      return {tr("Failed"), QStringLiteral("xmark.octagon.fill"), QStringLiteral("red")};
+      return {Words::tr("Failed"), QStringLiteral("xmark.octagon.fill"), QStringLiteral("red")};
     case Interrupted:
-      return {tr("Interrupted"), QStringLiteral("pause.circle.fill"), QStringLiteral("secondary")};
+      return {Words::tr("Interrupted"), QStringLiteral("pause.circle.fill"), QStringLiteral("secondary")};
     case Stale:
-      return {tr("Stale"), QStringLiteral("clock.badge.exclamationmark"), QStringLiteral("secondary")};
+      return {Words::tr("Stale"), QStringLiteral("clock.badge.exclamationmark"), QStringLiteral("secondary")};
   }
   return {};
 }
 
-SessionRow makeSessionRow(const wire::SessionSummary& session, double now) {
+SessionRow makeSessionRow(const wire::SessionSummary& session, double now, const LocalMarks& marks) {
   StateLook look = lookOf(session.state);
   SessionRow row{
       .sessionId = QString::fromStdString(session.id),
@@ -53,12 +54,17 @@ SessionRow makeSessionRow(const wire::SessionSummary& session, double now) {
       .when = ui::relativeTime(session.updatedAt, now),
       .pinned = session.pinned,
       .live = session.tracked.value_or(false),
+      .active = session.active,
+      .unread = marks.unread,
+      .draft = marks.draft.simplified(),
       .spoken = {},
   };
   QStringList spoken{row.project, row.stateWord};
-  if (row.pinned) spoken << tr("Pinned");
-  if (row.live) spoken << tr("Live");
+  if (row.pinned) spoken << Words::tr("Pinned");
+  if (row.live) spoken << Words::tr("Live");
+  if (row.unread) spoken << Words::tr("Unread");
   if (!row.commentary.isEmpty()) spoken << row.commentary;
+  if (!row.draft.isEmpty()) spoken << Words::tr("Draft: %1").arg(row.draft);
   if (!row.when.isEmpty()) spoken << row.when;
   row.spoken = spoken.join(QStringLiteral(", "));
   return row;

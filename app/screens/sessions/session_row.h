@@ -27,13 +27,22 @@ struct SessionRow {
   QString when;  ///< relative to now, "2 minutes ago"
   bool pinned = false;
   bool live = false;
+  bool active = false;  ///< a turn runs: it cannot be archived
+  bool unread = false;
+  QString draft;   ///< what was typed and not sent, one paragraph
   QString spoken;  ///< the whole row in one sentence, for assistive tools
 
   [[nodiscard]] const QString& identity() const { return sessionId; }
   bool operator==(const SessionRow&) const = default;
 };
 
+/// What this device alone knows of a conversation.
+struct LocalMarks {
+  bool unread = false;
+  QString draft;
+};
+
 /// `now` in seconds since 1970.
-SessionRow makeSessionRow(const wire::SessionSummary& session, double now);
+SessionRow makeSessionRow(const wire::SessionSummary& session, double now, const LocalMarks& marks = {});
 
 }  // namespace varnel::screens

@@ -3,13 +3,12 @@
 #include "app/screens/sessions/sessions_view_state.h"
 
 #include <QtCore/QPointer>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <vector>
 
 #include "app/model/app_model.h"
-#include "app/ui/host_label.h"
-#include "app/ui/relative_time.h"
 
 namespace varnel::screens {
 namespace {
@@ -18,52 +17,48 @@ constexpr std::chrono::seconds kTimesRefreshed{20};
 
 }  // namespace
 
-SessionsViewState::SessionsViewState(model::AppModel& model, std::function<double()> now, QObject* parent)
-    : QObject(parent), m_model(model), m_now(std::move(now)) {
+SessionsViewState::SessionsViewState(model::AppModel& model, const ScreenSurroundings& surroundings, QObject* parent)
+    : QObject(parent),
+      m_model(model),
+      m_surroundings(surroundings),
+      m_seen(surroundings.defaults),
+      m_connection(model, surroundings.now),
+      m_limits(model),
+      m_search(model),
+      m_actions(model) {
   connect(&model, &model::AppModel::sessionsChanged, this, &SessionsViewState::updateRows);
-  connect(&model, &model::AppModel::connectedChanged, this, &SessionsViewState::connectionChanged);
-  connect(&model, &model::AppModel::tokenRefusedChanged, this, [this] {
-    emit connectionChanged();
-    emit rowsChanged();
-  });
-  connect(&model, &model::AppModel::lastContactChanged, this, &SessionsViewState::connectionChanged);
+  connect(&model, &model::AppModel::tokenRefusedChanged, this, &SessionsViewState::rowsChanged);
   connect(&model, &model::AppModel::refreshedChanged, this, &SessionsViewState::rowsChanged);
   connect(&model, &model::AppModel::selectedSessionIdChanged, this, &SessionsViewState::openSelected);
   connect(&model, &model::AppModel::credentialsChanged, this, [this] {
-    if (!m_model.isPaired()) close();
+    if (m_model.isPaired()) return;
+    m_seen.forget();
+    close();
   });
-  connect(&m_clockTick, &QTimer::timeout, this, [this] {
-    updateRows();
-    emit connectionChanged();
+  connect(&model, &model::AppModel::lastContactChanged, this, [this] {
+    if (m_saved) updateRows();
   });
+  connect(&m_search, &ConversationSearch::opened, this, &SessionsViewState::open);
+  connect(&m_clockTick, &QTimer::timeout, this, &SessionsViewState::updateRows);
   m_clockTick.start(kTimesRefreshed);
   updateRows();
+  openSelected();
 }
 
 bool SessionsViewState::isLoading() const {
-  return m_model.sessions().empty() && !m_model.isRefreshed() && !m_model.isTokenRefused();
+  return m_rows.rowCount() == 0 && !m_model.isRefreshed() && !m_model.isTokenRefused();
 }
 
 bool SessionsViewState::isEmpty() const {
-  return m_model.sessions().empty() && !isLoading();
+  return m_rows.rowCount() == 0 && !isLoading();
 }
 
-bool SessionsViewState::isRefused() const {
-  return m_model.isTokenRefused();
+void SessionsViewState::setShowingArchived(bool showing) {
+  if (std::exchange(m_showingArchived, showing) != showing) emit sheetsChanged();
 }
 
-QString SessionsViewState::connectionText() const {
-  if (m_model.isTokenRefused()) return tr("This device is no longer paired");
-  return m_model.isConnected() ? tr("Connected to %1").arg(ui::hostLabel()) : tr("Reconnecting…");
-}
-
-QString SessionsViewState::connectionTone() const {
-  if (m_model.isTokenRefused()) return QStringLiteral("red");
-  return m_model.isConnected() ? QStringLiteral("green") : QStringLiteral("orange");
-}
-
-QString SessionsViewState::lastContact() const {
-  return m_model.lastContact() ? ui::relativeTime(*m_model.lastContact(), m_now()) : QString();
+void SessionsViewState::setShowingUsage(bool showing) {
+  if (std::exchange(m_showingUsage, showing) != showing) emit sheetsChanged();
 }
 
 void SessionsViewState::open(const QString& sessionId) {
@@ -78,14 +73,44 @@ void SessionsViewState::refresh() {
   if (!m_refreshing) refreshAll();
 }
 
-void SessionsViewState::forgetPairing() {
-  m_model.unpair();
+int SessionsViewState::openRow() const {
+  const auto& rows = m_rows.records();
+  const auto row = std::ranges::find(rows, openId(), &SessionRow::sessionId);
+  return row == rows.end() ? -1 : static_cast<int>(row - rows.begin());
+}
+
+void SessionsViewState::openNeighbour(int distance) {
+  const int count = m_rows.rowCount();
+  if (count == 0) return;
+  const int row = openRow();
+  const int wanted = row < 0 ? 0 : std::clamp(row + distance, 0, count - 1);
+  open(m_rows.records()[static_cast<std::size_t>(wanted)].sessionId);
+}
+
+void SessionsViewState::openNextNeedingInput() {
+  const auto& sessions = m_model.sessions();
+  const auto count = sessions.size();
+  const auto first = static_cast<std::size_t>(openRow() + 1);
+  for (std::size_t step = 0; step < count; ++step) {
+    const auto& session = sessions[(first + step) % count];
+    if (session.state != wire::CodexTurnState::NeedsInput) continue;
+    setOpenId(session.id);
+    return;
+  }
 }
 
 void SessionsViewState::updateRows() {
+  const auto* const savedSessions = m_surroundings.savedSessions();
+  m_saved = savedSessions && !savedSessions->empty();
+  const auto& sessions = m_saved ? *savedSessions : m_model.sessions();
+  m_seen.listed(sessions);
+  if (const auto* const shown = m_model.session(m_openId)) m_seen.see(*shown);
   std::vector<SessionRow> rows;
-  rows.reserve(m_model.sessions().size());
-  for (const wire::SessionSummary& session : m_model.sessions()) rows.push_back(makeSessionRow(session, m_now()));
+  rows.reserve(sessions.size());
+  for (const wire::SessionSummary& session : sessions) {
+    rows.push_back(makeSessionRow(session, m_surroundings.now(),
+                                  {.unread = m_seen.isUnread(session), .draft = m_surroundings.draftOf(session.id)}));
+  }
   m_rows.assign(std::move(rows));
   emit rowsChanged();
 }
@@ -95,12 +120,14 @@ void SessionsViewState::openSelected() {
   std::string wanted = *m_model.selectedSessionId();
   m_model.selectSession(std::nullopt);
   setOpenId(std::move(wanted));
+  emit broughtForward();
 }
 
 void SessionsViewState::setOpenId(std::string sessionId) {
   if (m_openId == sessionId) return;
   m_openId = std::move(sessionId);
   emit openIdChanged();
+  updateRows();
 }
 
 QCoro::Task<> SessionsViewState::refreshAll() {

@@ -9,9 +9,11 @@ import Varnel.Ui
 T.Dialog {
     id: control
 
+    readonly property Item room: T.Overlay.overlay
+
     anchors.centerIn: T.Overlay.overlay
-    width: Math.min(480, parent ? parent.width - 2 * Theme.margin : 480)
-    height: parent ? Math.min(implicitHeight, parent.height - 2 * Theme.margin) : implicitHeight
+    width: Math.min(480, room ? room.width - 2 * Theme.margin : 480)
+    height: room ? Math.min(implicitHeight, room.height - 2 * Theme.margin) : implicitHeight
     implicitHeight: implicitContentHeight + topPadding + bottomPadding + implicitHeaderHeight + implicitFooterHeight
     padding: 20
     topPadding: Theme.unit

@@ -22,7 +22,8 @@ T.TextField {
     Accessible.name: placeholderText
 
     Text {
-        x: control.leftPadding
+        anchors.left: parent.left
+        anchors.leftMargin: control.leftPadding
         width: control.width - control.leftPadding - control.rightPadding
         height: control.height
         visible: control.length === 0 && control.preeditText.length === 0

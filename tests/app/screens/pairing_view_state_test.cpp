@@ -26,7 +26,7 @@ class Pairing : public testing::Test {
         sheetWasOpen.push_back(state->isScanning());
         finish = std::move(done);
       },
-      [this] { return clipboard; });
+      ScreenSurroundings{.now = [] { return 0.0; }, .clipboard = [this] { return clipboard; }, .defaults = nullptr});
 };
 
 TEST_F(Pairing, APastedCodeClosesTheSheetThenPairsOnce) {
@@ -63,7 +63,7 @@ TEST_F(Pairing, AnAnswerAfterTheScreenIsGoneIsDropped) {
 }
 
 TEST_F(Pairing, TheInstructionNamesCommandAndHost) {
-  EXPECT_EQ(state->instruction(), QStringLiteral("Run varnel pair on your host, then scan the one-time code."));
+  EXPECT_EQ(state->instruction(), QStringLiteral("Run varnel pair on your computer, then scan the one-time code."));
   EXPECT_EQ(QString(state->instructionMarkup()).remove(QStringLiteral("<code>")).remove(QStringLiteral("</code>")),
             state->instruction());
 }

@@ -9,6 +9,7 @@
 #include <QtQuickControls2/QQuickStyle>
 #include <QtTest/QTest>
 
+#include "app/platform/defaults_store_memory.h"
 #include "app/screens/shell/shell_state.h"
 #include "app/ui/appearance.h"
 #include "tests/app/model/model_fixture.h"
@@ -43,12 +44,14 @@ class Window : public model::ModelTest {
 
   void show(int width, int height) {
     shell = std::make_unique<ShellState>(
-        *model, ShellState::Surroundings{.now = [this] { return clock->now; }, .clipboard = [] { return QString(); }});
+        *model, settings,
+        ScreenSurroundings{
+            .now = [this] { return clock->now; }, .clipboard = [] { return QString(); }, .defaults = own});
     engine = std::make_unique<QQmlApplicationEngine>();
     engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine->setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(shell.get())},
                                   {QStringLiteral("appearance"), QVariant::fromValue(&appearance)}});
-    engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Varnel/Screens/Main.qml")));
+    engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Varnel/Screens/RootView.qml")));
     ASSERT_FALSE(engine->rootObjects().isEmpty());
     window = qobject_cast<QQuickWindow*>(engine->rootObjects().front());
     window->resize(width, height);
@@ -65,6 +68,8 @@ class Window : public model::ModelTest {
   void press(Qt::Key key) const { QTest::keyClick(window, key); }
 
   ui::Appearance appearance{ui::ColorScheme::Light, QDBusConnection(QString())};
+  std::shared_ptr<platform::MemoryDefaultsStore> own = std::make_shared<platform::MemoryDefaultsStore>();
+  AppSettings settings{own};
   std::unique_ptr<ShellState> shell;
   std::unique_ptr<QQmlApplicationEngine> engine;
   QQuickWindow* window = nullptr;
@@ -119,7 +124,7 @@ class LongConversation : public Window {
     bridge.always("GET", model::kUsage, Script::json(200, answers::usage(1)));
     bridge.always("GET", streamTarget(0), Script::acceptStream());
     show(390, 600);
-    shell->sessions()->open(QStringLiteral("s"));
+    shell->tabs()->sessions()->open(QStringLiteral("s"));
     ASSERT_TRUE(spinUntil([this] { return list() && is("atYEnd") && list()->property("count").toInt() == kItems; }));
     settle();
     list()->forceActiveFocus();

@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: MIT
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Controls
 import Varnel.Ui
+import Varnel.Screens
 
-/// One conversation in the list. The rows of a section lie on one card, of which each row draws its part.
-ItemDelegate {
+/// One conversation in the list.
+SwipeRow {
     id: root
 
-    required property int index
+    required property SessionActions actions
     required property string sessionId
     required property string project
     required property string commentary
@@ -19,29 +19,64 @@ ItemDelegate {
     required property string when
     required property bool pinned
     required property bool live
+    required property bool active
+    required property bool unread
+    required property string draft
     required property string spoken
-    property bool lastRow: false
-    property bool selected: false
 
-    implicitHeight: content.height + 2 * padding
-    highlighted: selected
     text: spoken
-    Accessible.selected: selected
+    hairlineInset: Theme.cardPadding + 26 + Theme.unit
+    leadingFull: true
+    leading: [
+        SwipeAction {
+            text: root.pinned ? qsTr("Unpin") : qsTr("Pin")
+            symbol: root.pinned ? "pin.slash" : "pin"
+            tone: "indigo"
+            onTriggered: root.actions.pin(root.sessionId)
+        }
+    ]
+    trailing: [
+        SwipeAction {
+            text: qsTr("Rename")
+            symbol: "pencil"
+            tone: "blue"
+            onTriggered: root.actions.startRename(root.sessionId)
+        },
+        SwipeAction {
+            text: qsTr("Archive")
+            symbol: "archivebox"
+            tone: "red"
+            enabled: !root.active
+            onTriggered: root.actions.archive(root.sessionId)
+        }
+    ]
 
-    Item {
+    // qmllint disable deferred-property-id
+    contentItem: Item {
         id: content
 
-        x: root.padding
-        y: root.padding
-        width: root.width - 2 * root.padding
-        height: words.height
+        implicitHeight: words.height
+        transform: Translate {
+            x: root.offset
+        }
 
         SymbolText {
             id: stateIcon
 
+            anchors.left: parent.left
             width: 26
             symbol: root.stateSymbol
             color: Theme.tone(root.stateTone)
+        }
+        Rectangle {
+            anchors.horizontalCenter: stateIcon.horizontalCenter
+            anchors.top: stateIcon.bottom
+            anchors.topMargin: Theme.unit
+            width: 8
+            height: 8
+            radius: 4
+            visible: root.unread
+            color: Theme.accent
         }
         Column {
             id: words
@@ -58,13 +93,25 @@ ItemDelegate {
                 Text {
                     id: projectText
 
-                    width: Math.min(implicitWidth, parent.width - marks.width)
+                    anchors.left: parent.left
+                    width: Math.min(implicitWidth, parent.width - marks.width - whenText.width - Theme.unit)
                     text: root.project
                     textFormat: Text.PlainText
                     font: Theme.headline
                     color: Theme.text
                     elide: Text.ElideRight
                     maximumLineCount: 1
+                    Accessible.ignored: true
+                }
+                Text {
+                    id: whenText
+
+                    anchors.right: parent.right
+                    anchors.baseline: projectText.baseline
+                    text: root.when
+                    textFormat: Text.PlainText
+                    font: Theme.caption
+                    color: Theme.secondary
                     Accessible.ignored: true
                 }
                 Row {
@@ -100,6 +147,7 @@ ItemDelegate {
                 Text {
                     id: commentaryText
 
+                    anchors.left: parent.left
                     width: parent.width - aside.width - Theme.cardPadding
                     text: root.commentary
                     textFormat: Text.PlainText
@@ -111,66 +159,30 @@ ItemDelegate {
                     maximumLineCount: 2
                     Accessible.ignored: true
                 }
-                Column {
+                Text {
                     id: aside
 
                     anchors.right: parent.right
                     y: 2
-                    spacing: Theme.half
-
-                    Text {
-                        anchors.right: parent.right
-                        text: root.stateWord
-                        textFormat: Text.PlainText
-                        font: Theme.caption
-                        color: Theme.tone(root.stateTone)
-                        Accessible.ignored: true
-                    }
-                    Text {
-                        anchors.right: parent.right
-                        text: root.when
-                        textFormat: Text.PlainText
-                        font: Theme.caption
-                        color: Theme.secondary
-                        Accessible.ignored: true
-                    }
+                    text: root.stateWord
+                    textFormat: Text.PlainText
+                    font: Theme.caption
+                    color: Theme.tone(root.stateTone)
+                    Accessible.ignored: true
                 }
             }
-        }
-    }
-    background: Item {
-        clip: true
-
-        Rectangle {
-            y: root.index === 0 ? 0 : -radius
-            width: parent.width
-            height: parent.height - y + (root.lastRow ? 0 : radius)
-            radius: Theme.cardRadius
-            color: root.selected ? Theme.tinted(Theme.accent, 10) : Theme.surface
-
-            Rectangle {
-                anchors.fill: parent
-                radius: parent.radius
-                color: Theme.accent
-                opacity: root.down ? 0.1 : root.hovered ? 0.05 : 0
+            Text {
+                width: words.width
+                visible: text.length > 0
+                text: root.draft.length > 0 ? qsTr("Draft: %1").arg(root.draft) : ""
+                textFormat: Text.PlainText
+                font: Theme.subheadline
+                color: Theme.orange
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                Accessible.ignored: true
             }
         }
-        Rectangle {
-            x: Theme.cardPadding + 26 + Theme.unit
-            y: parent.height - 1
-            width: parent.width - x
-            height: 1
-            visible: !root.lastRow
-            color: Theme.hairline
-        }
-        Rectangle {
-            anchors.fill: parent
-            anchors.margins: 1
-            visible: root.visualFocus
-            radius: Theme.cardRadius
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.accent
-        }
     }
+    // qmllint enable deferred-property-id
 }

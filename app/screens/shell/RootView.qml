@@ -6,7 +6,7 @@ import QtQuick.Controls
 import Varnel.Ui
 import Varnel.Screens
 
-/// The window: the pairing screen or the conversations, and the error alert over either.
+/// The window: the pairing screen or the tabs, and the error alert over either.
 ApplicationWindow {
     id: root
 
@@ -18,7 +18,10 @@ ApplicationWindow {
     minimumWidth: 320
     minimumHeight: 296
     visible: true
-    title: qsTr("Varnel")
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft // qmllint disable type
+    LayoutMirroring.childrenInherit: true
+    title: shell.windowTitle
+    onClosing: shell.windowClosed()
     onActiveChanged: if (active)
         shell.activated()
     Component.onCompleted: shell.activated()
@@ -44,6 +47,10 @@ ApplicationWindow {
         value: root.appearance.textScale
     }
 
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: root.shell.quit()
+    }
     FocusScope {
         id: page
 
@@ -52,84 +59,52 @@ ApplicationWindow {
 
         // Repeaters of one, as a Loader of Qt 6.4 cannot make a bound component.
         Repeater {
-            model: root.shell.paired ? 0 : 1
+            model: root.shell.tabs ? [] : [root.shell.pairing]
 
             PairingView {
+                required property PairingViewState modelData
+
                 width: page.width
                 height: page.height
                 focus: true
-                pairing: root.shell.pairing
+                pairing: modelData
             }
         }
         Repeater {
-            model: root.shell.paired ? 1 : 0
+            model: root.shell.tabs ? [root.shell.tabs] : []
 
-            HomeView {
+            MainTabView {
+                required property MainTabViewState modelData
+
                 width: page.width
                 height: page.height
                 focus: true
-                shell: root.shell
+                tabs: modelData
             }
         }
     }
-    Dialog {
+    MessageDialog {
         id: alert
-
-        /// Stays while the alert fades, when the error is dismissed already.
-        property string message
 
         objectName: "alert"
         title: qsTr("Varnel")
         // At once, so that an error that comes while the alert fades is one of its own.
         onAccepted: root.shell.dismissError()
         onRejected: root.shell.dismissError()
-
-        Flickable {
-            id: reading
-
-            function scrollBy(distance: real): void {
-                contentY = Math.max(0, Math.min(contentY + distance, contentHeight - height));
-            }
-
-            anchors.fill: parent
-            implicitHeight: alertText.height
-            contentWidth: width
-            contentHeight: alertText.height
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar {}
-
-            Label {
-                id: alertText
-
-                width: reading.width
-                text: alert.message
-                lineHeight: Theme.readingLeading
-            }
-        }
-        footer: Item {
-            implicitHeight: okButton.height + 20
-
-            Button {
-                id: okButton
-
-                anchors.right: parent.right
-                anchors.rightMargin: 20
-                highlighted: true
-                focus: true
-                text: qsTr("OK")
-                Keys.onUpPressed: reading.scrollBy(-Theme.touchTarget)
-                Keys.onDownPressed: reading.scrollBy(Theme.touchTarget)
-                onClicked: alert.accept()
-            }
-        }
     }
     Connections {
         target: root.shell
         function onErrorChanged(): void {
+            // The text stays while the alert fades.
             if (root.shell.hasError)
-                alert.message = root.shell.errorText;
-            alert.visible = root.shell.hasError;
+                alert.tell(root.shell.errorText);
+            else
+                alert.close();
+        }
+        function onRaised(): void {
+            root.show();
+            root.raise();
+            root.requestActivate();
         }
     }
 }
