@@ -22,6 +22,13 @@ Menu {
     cascade: false
     modal: true
     dim: false
+    verticalPadding: Theme.half
+    background: Rectangle {
+        radius: Theme.cardRadius
+        color: Theme.surface
+        border.width: 1
+        border.color: Theme.hairline
+    }
     delegate: ChoiceItem {
         symbol: subMenu?.symbol ?? ""
     }

@@ -29,6 +29,9 @@ FocusScope {
         function onDeclined(): void {
             composer.focusField();
         }
+        function onLeft(): void {
+            root.backRequested();
+        }
         function onCopied(): void {
             note.show();
         }

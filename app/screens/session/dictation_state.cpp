@@ -20,7 +20,7 @@ DictationState::DictationState(std::unique_ptr<SpeechTranscriber> speech, model:
   connect(transcriber, &SpeechTranscriber::isRecordingChanged, this, &DictationState::changed);
   connect(transcriber, &SpeechTranscriber::isTranscribingChanged, this, &DictationState::changed);
   connect(transcriber, &SpeechTranscriber::canTranscribeAgainChanged, this, &DictationState::changed);
-  connect(transcriber, &SpeechTranscriber::languageChanged, this, &DictationState::changed);
+  connect(transcriber, &SpeechTranscriber::languageChanged, this, &DictationState::changed, Qt::QueuedConnection);
   connect(transcriber, &SpeechTranscriber::completedTextChanged, this, &DictationState::takeText);
   connect(transcriber, &SpeechTranscriber::errorMessageChanged, this, &DictationState::takeError);
 }

@@ -59,7 +59,12 @@ void SessionSettings::setGoalMode(bool goal) {
   if (m_goalMode == goal) return;
   m_goalMode = goal;
   emit goalModeChanged();
-  emit changed();
+  tellLater();
+}
+
+// The entry that was chosen is made anew by the change, and its menu closes only after it has told of the choice.
+void SessionSettings::tellLater() {
+  QMetaObject::invokeMethod(this, &SessionSettings::changed, Qt::QueuedConnection);
 }
 
 QString SessionSettings::modelLabel() const {
@@ -164,7 +169,7 @@ void SessionSettings::setFastMode(bool fast) {
 void SessionSettings::choose(Choice choice) {
   if (choice == m_choice) return;
   m_choice = std::move(choice);
-  emit changed();
+  tellLater();
   queueSettingsUpdate();
 }
 

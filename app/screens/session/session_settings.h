@@ -97,6 +97,7 @@ class SessionSettings : public QObject {
   void takeStored();
   /// Of what has changed the bridge is told.
   void choose(Choice choice);
+  void tellLater();
   void queueSettingsUpdate();
   QCoro::Task<> updateSettings();
 

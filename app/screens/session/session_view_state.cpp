@@ -97,7 +97,7 @@ void SessionViewState::cancelRename() {
 }
 
 void SessionViewState::archive() {
-  m_model.archive(m_sessionId);
+  moveToArchive();
 }
 
 void SessionViewState::unarchive() {
@@ -159,6 +159,12 @@ void SessionViewState::updateSummary() {
 void SessionViewState::setShowingRename(bool showing) {
   m_showingRename = showing;
   emit renameChanged();
+}
+
+QCoro::Task<> SessionViewState::moveToArchive() {
+  const QPointer self(this);
+  const bool archived = co_await m_model.archive(m_sessionId);
+  if (self && archived) emit left();
 }
 
 QCoro::Task<> SessionViewState::pin() {

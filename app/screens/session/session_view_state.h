@@ -104,6 +104,8 @@ class SessionViewState : public QObject {
   void renameChanged();
   void linkChanged();
   void copied();
+  /// It was archived from here, and is in the list no more.
+  void left();
   /// A request was declined: there may be a word to say to that.
   void declined();
 
@@ -113,6 +115,7 @@ class SessionViewState : public QObject {
   void updateSummary();
   void setShowingRename(bool showing);
   QCoro::Task<> pin();
+  QCoro::Task<> moveToArchive();
 
   model::AppModel& m_model;
   std::string m_sessionId;

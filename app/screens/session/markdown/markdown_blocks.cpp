@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/screens/session/markdown/markdown_blocks.h"
 
+#include <algorithm>
 #include <boost/describe/class.hpp>
 #include <utility>
 
@@ -46,8 +47,9 @@ class RowMaker {
     BlockRow row{.kind = "table"};
     std::vector<QString> titles;
     for (const std::string& cell : block.header) titles.push_back(styledText(cell, m_look).plain);
-    row.html = QStringLiteral("<table cellspacing=\"0\" style=\"border-collapse:collapse\">");
+    row.html = QStringLiteral("<table cellspacing=\"0\">");
     addCells(row, block.header, nullptr);
+    addDivider(row, block);
     for (const auto& cells : block.rows) addCells(row, cells, &titles);
     row.html += QLatin1String("</table>");
     for (const QString& each : row.tableRows) row.plain += (row.plain.isEmpty() ? "" : "\n") + each;
@@ -79,11 +81,8 @@ class RowMaker {
   /// `titles` is null for the header itself.
   void addCells(BlockRow& row, const std::vector<std::string>& cells, const std::vector<QString>* titles) const {
     const bool header = titles == nullptr;
-    const QString style = header ? QStringLiteral(
-                                       "font-weight:600;padding:0 14px 7px 0;border-bottom-width:1px;"
-                                       "border-bottom-style:solid;border-bottom-color:%1")
-                                       .arg(m_look.hairline)
-                                 : QStringLiteral("padding:7px 14px 0 0");
+    const QString style =
+        header ? QStringLiteral("font-weight:600;padding:0 14px 7px 0") : QStringLiteral("padding:7px 14px 0 0");
     QString spoken;
     row.html += QLatin1String("<tr>");
     for (std::size_t column = 0; column < cells.size(); ++column) {
@@ -95,6 +94,15 @@ class RowMaker {
     }
     row.html += QLatin1String("</tr>");
     row.tableRows.push_back(spoken);
+  }
+
+  /// A row that is nothing but its ground: cells have no borders that could be drawn on one side alone.
+  void addDivider(BlockRow& row, const markdown::Table& block) const {
+    std::size_t columns = block.header.size();
+    for (const auto& cells : block.rows) columns = std::max(columns, cells.size());
+    row.html +=
+        QStringLiteral("<tr><td colspan=\"%1\" style=\"padding:0;font-size:1px;background-color:%2\"></td></tr>")
+            .arg(QString::number(columns), m_look.hairline);
   }
 
   const RichTextLook& m_look;

@@ -74,6 +74,28 @@ TEST_F(Session, TheNameIsChangedInADialogThatStartsWithTheNameElseTheProject) {
   EXPECT_TRUE(spinUntil([this] { return bridge.count("POST", "/v1/sessions/s/name") == 1; }));
 }
 
+TEST_F(Session, ArchivingLeavesTheConversationOnceTheBridgeHasDoneIt) {
+  open();
+  const QSignalSpy left(state.get(), &SessionViewState::left);
+  bridge.expect("POST", "/v1/sessions/s/archive", Script::json(500, R"({"error":"no"})"));
+  state->archive();
+  ASSERT_TRUE(spinUntil([this] { return model->hasErrorMessage(); }));
+  EXPECT_EQ(left.count(), 0);
+  bridge.expect("POST", "/v1/sessions/s/archive", Script::json(200, "{}"));
+  state->archive();
+  EXPECT_TRUE(spinUntil([&] { return left.count() == 1; }));
+}
+
+TEST_F(Session, AnArchivedConversationIsTakenBackFromItsBar) {
+  open();
+  bridge.expect("GET", "/v1/sessions/archived", Script::json(200, R"({"data":[{"id":"s"}]})"));
+  support::await(model->loadArchived(false));
+  ASSERT_TRUE(state->isArchived()) << model->errorText().toStdString();
+  bridge.expect("POST", "/v1/sessions/s/unarchive", Script::json(200, "{}"));
+  state->unarchive();
+  EXPECT_TRUE(spinUntil([this] { return !state->isArchived(); }));
+}
+
 TEST_F(Session, AnUnansweredRequestKeepsWhatWasUnfoldedAndTypedUntilItIsGone) {
   const auto request = [](const std::string& id, bool resolved) {
     return R"({"id":")" + id + R"(","method":"item/x","sessionId":"s","createdAt":1,"params":{},)" +
