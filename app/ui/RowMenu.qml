@@ -9,11 +9,16 @@ Menu {
     id: root
 
     property SwipeRow row: null
-    property list<SwipeAction> actions
+    property var actions: []
 
     function showFor(target: SwipeRow): void {
         row = target;
-        actions = [...target.leading, ...target.trailing];
+        const all = [];
+        for (let i = 0; i < target.leading.length; ++i)
+            all.push(target.leading[i]);
+        for (let i = 0; i < target.trailing.length; ++i)
+            all.push(target.trailing[i]);
+        actions = all;
         popup(target, Math.max(0, Math.min(target.width - width, target.width / 2)), Math.min(target.height, Theme.touchTarget));
     }
 
