@@ -92,10 +92,14 @@ class Replay {
   void hear(const JSONValue& message) {
     const auto method = textOf(message, "method");
     const auto& params = memberOf(message, "params");
-    if (method.empty()) return takeAnswer(memberOf(message, "result"));
-    if (memberOf(message, "id").isNull()) return feed.notified(method, params);
-    EXPECT_TRUE(isQuestion(method)) << method;
-    feed.asked("7.1", memberOf(message, "id"), method, params);
+    if (method.empty()) {
+      takeAnswer(memberOf(message, "result"));
+    } else if (memberOf(message, "id").isNull()) {
+      feed.notified(method, params);
+    } else {
+      EXPECT_TRUE(isQuestion(method)) << method;
+      feed.asked("7.1", memberOf(message, "id"), method, params);
+    }
   }
   /// What whoever asked would have made of it.
   void takeAnswer(const JSONValue& result) {

@@ -3,7 +3,6 @@
 #include "tests/host/agent/codex/real_agent.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -11,6 +10,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -32,9 +33,10 @@ constexpr std::chrono::seconds kPatience{30};
 
 Process::Process(std::vector<std::string> words, const std::vector<std::string>& environment,
                  const std::string& folder) {
-  int input[2];
-  int output[2];
-  if (::pipe2(input, O_CLOEXEC) != 0 || ::pipe2(output, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  std::array<int, 2> input{};
+  std::array<int, 2> output{};
+  if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0)
+    throw std::runtime_error("no pipe");
   std::vector<std::string> variables = environment;
   for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string name = std::string(*variable).substr(0, std::string_view(*variable).find('=') + 1);
@@ -164,7 +166,7 @@ std::optional<pid_t> RealAgentTest::serverProcess() const {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   const auto path = Installation{.command = {}, .home = home, .log = {}}.socket().string();
-  std::copy(path.begin(), path.end(), address.sun_path);
+  std::ranges::copy(path, address.sun_path);
   std::optional<pid_t> process;
   if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
     process = static_cast<pid_t>(std::stol(serverIdOf(socket)));
