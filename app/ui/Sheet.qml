@@ -22,7 +22,7 @@ T.Dialog {
     y: restingY + slide
     width: wide ? 480 : parent ? parent.width : 0
     height: wide ? Math.min(tall ? 720 : implicitHeight, parent.height - 2 * Theme.margin) : parent ? parent.height - 3 * Theme.unit : 0
-    implicitHeight: implicitHeaderHeight + implicitContentHeight + topPadding + bottomPadding
+    implicitHeight: implicitHeaderHeight + contentHeight + topPadding + bottomPadding
     padding: Theme.margin
     topPadding: Theme.unit
     modal: true

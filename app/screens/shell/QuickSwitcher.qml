@@ -18,6 +18,7 @@ Sheet {
     }
 
     title: qsTr("Go to conversation")
+    contentHeight: field.height + Theme.cardPadding + Math.min(Math.max(1, list.count), 6) * 48
     onOpened: {
         field.clear();
         field.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -41,7 +42,6 @@ Sheet {
 
         anchors.fill: parent
         anchors.topMargin: field.height + Theme.cardPadding
-        implicitHeight: Math.min(contentHeight, 6 * 48) + field.height + Theme.cardPadding
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         model: root.switcher.rows

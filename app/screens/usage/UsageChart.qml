@@ -74,7 +74,6 @@ Item {
         x: root.axisWidth
         width: root.width - x
         height: root.height
-        rightMargin: 18
         orientation: ListView.Horizontal
         clip: true
         boundsBehavior: Flickable.StopAtBounds
@@ -113,7 +112,8 @@ Item {
                 color: bar.latest || bar.pointed ? Theme.accent : Theme.tinted(Theme.accent, 45)
             }
             Text {
-                anchors.horizontalCenter: parent.horizontalCenter
+                // The last one ends with its bar: there is no room behind it.
+                x: bar.index === bars.count - 1 ? Math.min((parent.width - width) / 2, parent.width - width) : (parent.width - width) / 2
                 anchors.bottom: parent.bottom
                 // Every other day where they stand close; the others are told when touched.
                 visible: implicitWidth <= bars.slot || (bars.count - 1 - bar.index) % Math.ceil(implicitWidth / bars.slot) === 0

@@ -14,6 +14,7 @@ Sheet {
 
     title: qsTr("Usage")
     doneText: qsTr("Done")
+    contentHeight: usage.available ? column.height : 240
 
     EmptyState {
         anchors.centerIn: parent
@@ -24,7 +25,6 @@ Sheet {
     }
     Flickable {
         anchors.fill: parent
-        implicitHeight: root.usage.available ? column.height : 240
         visible: root.usage.available
         contentWidth: width
         contentHeight: column.height
