@@ -20,7 +20,7 @@ struct EventStream::State {
   State(const State&) = delete;
   State& operator=(const State&) = delete;
 
-  void receive(QByteArray message);
+  void receive(const QByteArray& message);
   /// The bridge is there: it need not be asked for a while.
   void heard();
   void silent();
@@ -60,8 +60,8 @@ std::string harmless(const QString& text) {
 
 /// QWebSocket tells the status of a refused upgrade in the text alone: "... status code: 401 (Unauthorized)."
 int refusalStatus(const QString& text) {
-  static const QRegularExpression pattern(QStringLiteral(": ([1-5][0-9][0-9]) \\("));
-  const QRegularExpressionMatch match = pattern.match(text);
+  static const QRegularExpression kPattern(QStringLiteral(": ([1-5][0-9][0-9]) \\("));
+  const QRegularExpressionMatch match = kPattern.match(text);
   return match.hasMatch() ? match.captured(1).toInt() : 0;
 }
 
@@ -121,7 +121,7 @@ void EventStream::State::silent() {
   socket.ping();
 }
 
-void EventStream::State::receive(QByteArray message) {
+void EventStream::State::receive(const QByteArray& message) {
   if (ended) return;
   heard();
   queued += message.size();

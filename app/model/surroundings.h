@@ -62,7 +62,7 @@ struct UsageResetNotifier {
 /// Notifications of single conversations; none where these are left as they are.
 struct ConversationNotifier {
   /// What there is to know now; told after everything that may change it.
-  std::function<void(live::ConversationsNow)> update = [](auto) {};
+  std::function<void(live::ConversationsNow)> update = [](const auto&) {};
   /// Withdraws all of them.
   std::function<void()> clear = [] {};
 };
@@ -80,7 +80,7 @@ struct Surroundings {
   /// Connects what the device tells by itself (another path to the bridge, a notification that was touched).
   std::function<void(AppModel&)> attach = [](AppModel&) {};
   /// Called, in this order, at the end of every unpairing, for what belongs to a pairing and is kept elsewhere.
-  std::vector<std::function<void()>> onUnpair = {};
+  std::vector<std::function<void()>> onUnpair;
 };
 
 /// Whether what is stored and shown outlives the run.

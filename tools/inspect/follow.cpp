@@ -215,9 +215,15 @@ void Follow::readInput() {
 void Follow::takeLine(std::string_view line) {
   if (line.find_first_not_of(" \t\r") == std::string_view::npos) return;
   const auto command = json::parse(line);
-  if (!command) return refuse(line, command.error().message());
+  if (!command) {
+    refuse(line, command.error().message());
+    return;
+  }
   const auto* name = command->member("call");
-  if (name == nullptr || name->string() == nullptr) return refuse(line, "expected {\"call\": VERB, \"args\": {...}}");
+  if (name == nullptr || name->string() == nullptr) {
+    refuse(line, R"(expected {"call": VERB, "args": {...}})");
+    return;
+  }
   const auto* arguments = command->member("args");
   perform(*name->string(), arguments == nullptr ? JSONValue(JSONValue::Object()) : *arguments);
 }

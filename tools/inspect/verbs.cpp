@@ -187,7 +187,7 @@ void useOwnNames(json::JSONValue::Object& arguments) {
 
 }  // namespace
 
-Task startVerb(AppModel& model, std::string name, json::JSONValue arguments) {
+Task startVerb(AppModel& model, const std::string& name, json::JSONValue arguments) {
   if (arguments.object() != nullptr) useOwnNames(*arguments.object());
   const auto text = json::write(arguments);
   if (!text) return shown(std::unexpected(text.error().message()));
