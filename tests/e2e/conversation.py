@@ -173,11 +173,8 @@ class Conversation:
 
     def open(self, name):
         app = self.app
-        conversations = app.find("list", "Conversations")
-        row = wait_for(
-            lambda: next((each for each in app.all("list item", conversations) if each.name.startswith(name)), None),
-            f"the conversation {name}",
-        )
+        wait_for(lambda: app.rows("Conversations"), "the conversations")
+        row = app.scroll_to("Conversations", lambda each: each.startswith(name))
         app.click(row)
         app.find("heading", name)
         app.find("text", FIELD)

@@ -72,7 +72,8 @@ class Driver:
 
     @staticmethod
     def _window(title):
-        return run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()[0]
+        # A count of those who wait for an answer may stand in front.
+        return run("xdotool", "search", "--onlyvisible", "--name", rf"^(\([0-9]+\) )?{title}$").split()[0]
 
     def close(self):
         end(self.process)
