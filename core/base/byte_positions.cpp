@@ -3,6 +3,7 @@
 #include "core/base/byte_positions.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -101,10 +102,14 @@ void BytePositions::find(std::string_view text, char byte) {
     makeRoom(size);
     m_count += kFind(text, at, size, byte, m_places.get() + m_count);
   }
+  // What is left as a block of its own; what is found behind the end is left out.
+  const std::string_view left = text.substr(whole);
+  std::array<char, kBlock> last{};
+  std::ranges::copy(left, last.begin());
   makeRoom(kBlock);
-  for (std::size_t at = whole; at < text.size(); ++at) {
-    if (text[at] == byte) m_places[m_count++] = at;
-  }
+  std::size_t* const places = m_places.get() + m_count;
+  const std::size_t found = kFind({last.data(), last.size()}, 0, kBlock, byte, places);
+  for (std::size_t i = 0; i < found && places[i] < left.size(); ++i, ++m_count) places[i] += whole;
 }
 
 void BytePositions::makeRoom(std::size_t more) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "core/base/text.h"
 
@@ -18,6 +19,7 @@ constexpr unsigned kRule = 1U << 2U;
 constexpr unsigned kQuote = 1U << 3U;
 constexpr unsigned kBullet = 1U << 4U;
 constexpr unsigned kNumber = 1U << 5U;
+constexpr unsigned kSeparator = 1U << 6U;  ///< of a table, by its very first byte
 constexpr unsigned kAnything = 0xFF;
 
 constexpr auto kBeginnings = [] {
@@ -34,8 +36,11 @@ constexpr auto kBeginnings = [] {
   set(">", kQuote);
   set("-*+", kBullet);
   set("-+0123456789", kNumber);
+  set("|-: \t", kSeparator);
   // White space that is no space or tab.
   set("\v\f", kAnything);
+  // Beyond ASCII there may be white space in front of a separator.
+  for (std::size_t c = 0x80; c < beginnings.size(); ++c) beginnings.at(c) = kSeparator;
   return beginnings;
 }();
 
@@ -68,8 +73,7 @@ class BlockScanner {
 
   void scan() {
     while (!done()) {
-      std::size_t first = m_begin;
-      while (first < m_end && isBlank(m_text[first])) ++first;
+      const std::size_t first = firstNotBlank();
       if (first == m_end) {
         takeBlankLine();
       } else if (!takeBlock(first)) {
@@ -90,6 +94,17 @@ class BlockScanner {
 
   [[nodiscard]] bool done() const { return m_begin > m_text.size(); }
   [[nodiscard]] std::string_view line() const { return m_text.substr(m_begin, m_end - m_begin); }
+  /// The end of the line where all is blank. Most lines have no indentation, most others one of several spaces.
+  [[nodiscard]] std::size_t firstNotBlank() const {
+    constexpr std::string_view kSpaces = "    ";
+    std::size_t at = m_begin;
+    if (at == m_end || m_text[at] > ' ') return at;
+    while (m_end - at >= kSpaces.size() && std::memcmp(m_text.data() + at, kSpaces.data(), kSpaces.size()) == 0) {
+      at += kSpaces.size();
+    }
+    while (at < m_end && isBlank(m_text[at])) ++at;
+    return at;
+  }
   /// The last line ends with the text.
   [[nodiscard]] std::size_t endOfLine(std::size_t number) const {
     return number < m_lineEnds.size() ? m_lineEnds[number] : m_text.size();
@@ -97,7 +112,7 @@ class BlockScanner {
   void advance() {
     m_begin = m_end + 1;
     ++m_number;
-    m_end = std::max(m_begin, endOfLine(m_number));
+    m_end = endOfLine(m_number);
   }
   /// The lines from `begin` up to the current one, left out, with the line ends between them.
   [[nodiscard]] std::string_view since(std::size_t begin) const {
@@ -106,9 +121,9 @@ class BlockScanner {
 
   void flushParagraph() {
     if (m_paragraph.begin == kNone) return;
-    m_out.m_blocks.push_back({.kind = BlockKind::Paragraph,
-                              .text = since(m_paragraph.begin),
-                              .source = {.begin = m_paragraph.line, .end = m_number}});
+    BlockView& block = m_out.m_blocks.emplace_back();
+    block.text = since(m_paragraph.begin);
+    block.source = {.begin = m_paragraph.line, .end = m_number};
     m_paragraph.begin = kNone;
   }
 
@@ -121,7 +136,10 @@ class BlockScanner {
   /// A block that begins at the current line.
   BlockView& add(BlockKind kind) {
     flushParagraph();
-    return m_out.m_blocks.emplace_back(BlockView{.kind = kind, .source = {.begin = m_number, .end = m_number}});
+    BlockView& block = m_out.m_blocks.emplace_back();
+    block.kind = kind;
+    block.source = {.begin = m_number, .end = m_number};
+    return block;
   }
 
   /// A line whose first byte that is neither space nor tab is at `first`. Leaves the lines after what it took, in the
@@ -159,8 +177,7 @@ class BlockScanner {
   }
 
   [[nodiscard]] bool closes(const CodeFence& fence) const {
-    std::size_t at = m_begin;
-    while (at < m_end && isBlank(m_text[at])) ++at;
+    const std::size_t at = firstNotBlank();
     if (at == m_end || (base::isAscii(m_text[at]) && m_text[at] != fence.marker.front())) return false;
     const auto closing = codeFence(base::trim(line()));
     return closing && closing->marker == fence.marker;
@@ -187,29 +204,33 @@ class BlockScanner {
   /// Whether the next line may be a separator by its first byte alone; most may not.
   [[nodiscard]] bool mayPrecedeSeparator() const {
     if (m_end + 1 >= m_text.size()) return false;
-    const char next = m_text[m_end + 1];
-    return !base::isAscii(next) || next == '|' || next == '-' || next == ':' || isBlank(next) || next == '\v' ||
-           next == '\f';
+    return (kBeginnings[static_cast<unsigned char>(m_text[m_end + 1])] & kSeparator) != 0;
   }
 
-  bool takeTable() {
-    if (!mayPrecedeSeparator() || !hasPipe(line())) return false;
+  bool takeTable() { return mayPrecedeSeparator() && takeTableIfSeparated(); }
+
+  bool takeTableIfSeparated() {
+    if (!hasPipe(line())) return false;
     const std::size_t next = m_end + 1;
     if (!isTableSeparatorLine(m_text.substr(next, endOfLine(m_number + 1) - next))) return false;
     BlockView& block = add(BlockKind::Table);
     block.first = m_out.m_rows.size();
     addRow();
     advance();
-    for (advance(); !done() && hasPipe(line()); advance()) addRow();
+    do {
+      advance();
+    } while (!done() && addRow());
     block.count = m_out.m_rows.size() - block.first;
     block.source.end = m_number;
     return true;
   }
 
-  void addRow() {
+  /// False at a line that is no row.
+  bool addRow() {
     const std::size_t first = m_out.m_pieces.size();
-    appendTableCells(line(), m_out.m_pieces);
+    if (!appendTableCells(line(), m_out.m_pieces)) return false;
     m_out.m_rows.push_back({.first = first, .count = m_out.m_pieces.size() - first});
+    return true;
   }
 
   bool takeQuote(std::string_view trimmed) {

@@ -33,7 +33,8 @@ struct BlockView {
 };
 
 /// The blocks of one message as views into it, or into this where the message has carriage returns. Parsing another
-/// message invalidates them and reuses their memory.
+/// message invalidates them and reuses their memory. Takes just under three instructions a byte of what replies are
+/// like (`scripts/bench markdown`, counted by callgrind), most of them on list items, table cells and line ends.
 class BlockViews {
  public:
   /// Splits a message, which must outlive the views, into blocks by its lines alone. Any text has blocks, the empty one

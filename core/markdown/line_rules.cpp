@@ -94,21 +94,18 @@ bool hasPipe(std::string_view line) {
   return findPipe(line, 0) != std::string_view::npos;
 }
 
-void appendTableCells(std::string_view line, std::vector<std::string_view>& cells) {
-  const std::size_t first = cells.size();
-  for (std::size_t begin = 0; begin <= line.size();) {
-    const std::size_t end = std::min(findPipe(line, begin), line.size());
+bool appendTableCells(std::string_view line, std::vector<std::string_view>& cells) {
+  std::size_t end = findPipe(line, 0);
+  if (end == std::string_view::npos) return false;
+  std::size_t begin = 0;
+  for (; end != std::string_view::npos; end = findPipe(line, begin)) {
     const std::string_view cell = base::trim(line.substr(begin, end - begin));
     if (begin > 0 || !cell.empty()) cells.push_back(cell);
     begin = end + 1;
   }
-  if (cells.size() > first && cells.back().empty()) cells.pop_back();
-}
-
-std::vector<std::string_view> tableCells(std::string_view line) {
-  std::vector<std::string_view> cells;
-  appendTableCells(line, cells);
-  return cells;
+  const std::string_view last = base::trim(line.substr(begin));
+  if (!last.empty()) cells.push_back(last);
+  return true;
 }
 
 namespace {
@@ -118,10 +115,6 @@ bool isTableSeparatorCell(std::string_view cell) {
 }
 
 }  // namespace
-
-bool isTableSeparator(std::span<const std::string_view> cells) {
-  return !cells.empty() && std::ranges::all_of(cells, isTableSeparatorCell);
-}
 
 bool isTableSeparatorLine(std::string_view line) {
   bool found = false;
@@ -176,6 +169,7 @@ std::optional<TranscriptListItem> orderedListItem(std::string_view line) {
 std::int64_t listIndent(std::string_view line) {
   constexpr std::int64_t kSpacesALevel = 2;
   constexpr std::int64_t kDeepest = 4;
+  if (!line.starts_with(' ')) return 0;
   std::size_t spaces = std::min(line.find_first_not_of(' '), line.size());
   if (spaces > 0 && !base::standsAlone(line, spaces - 1)) --spaces;
   return std::min(static_cast<std::int64_t>(spaces) / kSpacesALevel, kDeepest);

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -34,11 +33,9 @@ bool isQuoteLine(std::string_view trimmedLine);
 /// Whether the line has a "|" that stands for itself.
 bool hasPipe(std::string_view line);
 
-/// The texts between the pipes of a raw line, trimmed; one empty piece at each end is left out.
-std::vector<std::string_view> tableCells(std::string_view line);
-/// The same at the end of a list.
-void appendTableCells(std::string_view line, std::vector<std::string_view>& cells);
-bool isTableSeparator(std::span<const std::string_view> cells);
+/// Appends the texts between the pipes of a raw line, trimmed; one empty piece at each end is left out. False, and
+/// nothing appended, when no "|" of the line stands for itself.
+bool appendTableCells(std::string_view line, std::vector<std::string_view>& cells);
 /// Whether a raw line has cells and they make a separator.
 bool isTableSeparatorLine(std::string_view line);
 

@@ -117,9 +117,13 @@ TEST(LineRules, CountTheSpacesOfAListsIndent) {
   EXPECT_EQ(listIndent("  \t  x"), 1);
   EXPECT_EQ(listIndent("    \u0301x"), 1);
   EXPECT_EQ(listIndent("          x"), 4);
-  EXPECT_TRUE(tableCells("").empty());
-  EXPECT_TRUE(tableCells("|").empty());
-  EXPECT_EQ(tableCells("||").size(), 1U);
+  std::vector<std::string_view> cells;
+  EXPECT_FALSE(appendTableCells("", cells));
+  EXPECT_FALSE(appendTableCells("a", cells));
+  EXPECT_TRUE(appendTableCells("|", cells));
+  EXPECT_TRUE(cells.empty());
+  EXPECT_TRUE(appendTableCells("||", cells));
+  EXPECT_EQ(cells.size(), 1U);
 }
 
 TEST(ParseBlocks, AgreesWithANaiveReadingOfItsRules) {
