@@ -1061,14 +1061,6 @@
         <source>%1 of %2 · %3</source>
         <translation>%1 sur %2 · %3</translation>
     </message>
-    <message>
-        <source>Inspect the attached files and complete this goal.</source>
-        <translation>Examine les fichiers joints et atteins cet objectif.</translation>
-    </message>
-    <message>
-        <source>Please inspect the attached files.</source>
-        <translation>Merci d’examiner les fichiers joints.</translation>
-    </message>
 </context>
 <context>
     <name>varnel::screens::ConnectionState</name>

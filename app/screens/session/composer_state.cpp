@@ -16,6 +16,14 @@
 
 namespace varnel::screens {
 
+namespace {
+
+// Said to the agent in place of a text that is missing, so in no other language.
+constexpr QLatin1StringView kInspectFiles("Please inspect the attached files.");
+constexpr QLatin1StringView kCompleteWithFiles("Inspect the attached files and complete this goal.");
+
+}  // namespace
+
 ComposerState::ComposerState(model::AppModel& model, std::string sessionId, SessionSettings& settings,
                              SessionServices services, QObject* parent)
     : QObject(parent),
@@ -252,8 +260,7 @@ QCoro::Task<> ComposerState::sendMessage() {
   const Outgoing outgoing = takeOutgoing();
   QString text = outgoing.text;
   if (text.isEmpty()) {
-    text = outgoing.goal ? tr("Inspect the attached files and complete this goal.")
-                         : tr("Please inspect the attached files.");
+    text = outgoing.goal ? kCompleteWithFiles : kInspectFiles;
   }
   bool sent = false;
   if (preferences) {
@@ -277,7 +284,7 @@ QCoro::Task<> ComposerState::queueMessage() {
   const std::stop_token pairing = model->pairingToken();
   const auto preferences = m_settings.preferences();
   const Outgoing outgoing = takeOutgoing();
-  const QString text = outgoing.text.isEmpty() ? tr("Please inspect the attached files.") : outgoing.text;
+  const QString text = outgoing.text.isEmpty() ? QString(kInspectFiles) : outgoing.text;
   const auto queued =
       co_await model->client().queueMessage(id, text.toStdString(), *preferences, outgoing.attachments, pairing);
   if (!model) co_return;

@@ -138,7 +138,7 @@ void SessionViewState::copyResumeCommand() {
   if (!kPlain.match(id).hasMatch()) {
     id = QLatin1Char('\'') + id.replace(QLatin1Char('\''), QLatin1String("'\\''")) + QLatin1Char('\'');
   }
-  copyText(QStringLiteral("varnel attach ") + id);
+  copyText(QStringLiteral("varnel -- resume ") + id);
 }
 
 const wire::SessionSummary* SessionViewState::session() const {

@@ -143,7 +143,7 @@ TEST_F(Session, ALinkIsShownBeforeItIsOpenedAndOnlyWebAddressesAre) {
 TEST_F(Session, TheResumeCommandNamesTheConversation) {
   open();
   state->copyResumeCommand();
-  EXPECT_EQ(copied, QStringLiteral("varnel attach s"));
+  EXPECT_EQ(copied, QStringLiteral("varnel -- resume s"));
 }
 
 TEST_F(Session, ThePlanShowsItsCurrentStepAndCountsWithoutForcing) {
