@@ -74,9 +74,11 @@ T.ItemDelegate {
         }
     }
 
-    TapHandler {
+    // No TapHandler: the press of a right button would reach the row as well and count as a click.
+    MouseArea {
+        anchors.fill: parent
         acceptedButtons: Qt.RightButton
-        onTapped: root.menuRequested()
+        onClicked: root.menuRequested()
     }
     DragHandler {
         id: drag

@@ -108,6 +108,10 @@ class Tour:
             self.read_settings()
             self.lose_bridge()
             self.forget_host()
+        except NotSeen:
+            if self.app:
+                self.app.picture(self.arguments.pictures / f"failed-{self.scheme}.png")
+            raise
         finally:
             self.end()
 
