@@ -19,8 +19,10 @@ Sheet {
 
     title: qsTr("Go to conversation")
     contentHeight: field.height + Theme.cardPadding + Math.min(Math.max(1, list.count), 6) * 48
-    onOpened: {
+    // Before it shows: what is typed while it comes up is kept.
+    onAboutToShow: {
         field.clear();
+        list.currentIndex = 0;
         field.forceActiveFocus(Qt.ShortcutFocusReason);
     }
 
