@@ -51,7 +51,8 @@ void APIClient::setCredentials(std::optional<wire::PairingCredentials> credentia
 }
 
 CallContext APIClient::context() const {
-  return CallContext{{m_options.timeout, m_options.answerLimit}, m_options.decodeHereLimit, m_gone.get_token(), m_contract};
+  return CallContext{
+      {m_options.timeout, m_options.answerLimit}, m_options.decodeHereLimit, m_gone.get_token(), m_contract};
 }
 
 template <class Answer>
