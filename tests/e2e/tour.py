@@ -333,6 +333,7 @@ class Tour:
         app.resize(*DESKTOP)
         app.key("Return")
         app.find("heading", "Renamed by the tour")
+        app.gone("list", "Go to conversation")
         self.say("the quick switcher opens a conversation by a few letters")
         app.key("ctrl+question")
         app.settled(app.find("push button", "Done"))

@@ -69,6 +69,8 @@ FocusScope {
     Shortcut {
         sequences: ["Ctrl+?", "Ctrl+Shift+/"]
         onActivated: shortcuts.open()
+        // One key press may mean both.
+        onActivatedAmbiguously: shortcuts.open()
     }
 
     function show(tab: int): void {
