@@ -69,7 +69,8 @@ Item {
     ListView {
         id: bars
 
-        readonly property real slot: Math.max(36, width / Math.max(1, count))
+        // Not by `count`, which the list tells of while it lays out what this widens.
+        readonly property real slot: Math.max(36, width / Math.max(1, root.usage.dayCount))
 
         x: root.axisWidth
         width: root.width - x

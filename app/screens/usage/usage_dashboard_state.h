@@ -24,6 +24,7 @@ class UsageDashboardState : public QObject {
   QML_UNCREATABLE("made by the application")
   Q_PROPERTY(bool available READ isAvailable NOTIFY changed)
   Q_PROPERTY(bool hasDays READ hasDays NOTIFY changed)
+  Q_PROPERTY(int dayCount READ dayCount NOTIFY changed)
   Q_PROPERTY(bool hasBreakdown READ hasBreakdown NOTIFY changed)
   Q_PROPERTY(QString axisEnd READ axisEnd NOTIFY changed)
   Q_PROPERTY(QString updated READ updated NOTIFY changed)
@@ -37,7 +38,8 @@ class UsageDashboardState : public QObject {
   explicit UsageDashboardState(model::AppModel& model, QObject* parent = nullptr);
 
   [[nodiscard]] bool isAvailable() const;
-  [[nodiscard]] bool hasDays() const { return m_bars.rowCount() > 0; }
+  [[nodiscard]] bool hasDays() const { return dayCount() > 0; }
+  [[nodiscard]] int dayCount() const { return m_bars.rowCount(); }
   [[nodiscard]] bool hasBreakdown() const { return m_breakdown.rowCount() > 0; }
   /// The label at the end of the value axis, the widest of them.
   [[nodiscard]] QString axisEnd() const;
