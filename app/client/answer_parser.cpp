@@ -19,10 +19,10 @@ constexpr std::uint32_t kHeadLimit = 64 * 1024;
 struct PiecesBody {
   using value_type = Body;
 
-  class reader {
+  class reader {  // NOLINT(readability-identifier-naming): the name that Beast looks for
    public:
-    template <bool isRequest, class Fields>
-    reader(http::header<isRequest, Fields>&, value_type& body) : m_body(body) {}
+    template <bool IsRequest, class Fields>
+    reader(http::header<IsRequest, Fields>&, value_type& body) : m_body(body) {}
     void init(const boost::optional<std::uint64_t>&, error_code& error) { error = {}; }
     template <class Buffers>
     std::size_t put(const Buffers& buffers, error_code& error) {

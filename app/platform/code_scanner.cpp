@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/platform/code_scanner.h"
 
-#define ZX_USE_UTF8 1  // texts as std::string
 #include <ZXing/ReadBarcode.h>
 
 #include <QtCore/QCoreApplication>

@@ -37,7 +37,7 @@ struct SessionServices {
   /// Called on a worker. Nothing for what cannot be read.
   std::function<std::optional<platform::PickedMedia>(const MediaSource&)> readMedia;
   /// A dictation engine of the conversation's own; null where there is none.
-  std::function<std::unique_ptr<device::SpeechTranscriber>()> makeSpeech = {};
+  std::function<std::unique_ptr<device::SpeechTranscriber>()> makeSpeech;
   /// Where unsent text outlives the program; may be null. Outlives every conversation.
   device::DraftStore* drafts = nullptr;
 };

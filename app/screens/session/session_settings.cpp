@@ -97,8 +97,11 @@ QVariantList SessionSettings::efforts() const {
 }
 
 QString SessionSettings::modeLabel() const {
-  const bool plan = m_choice.mode == CodexCollaborationMode::Plan;
-  return tr("Mode · %1").arg(m_goalMode ? tr("Goal") : plan ? tr("Plan") : tr("Live"));
+  const auto name = [this] {
+    if (m_goalMode) return tr("Goal");
+    return m_choice.mode == CodexCollaborationMode::Plan ? tr("Plan") : tr("Live");
+  };
+  return tr("Mode · %1").arg(name());
 }
 
 QVariantList SessionSettings::modes() const {

@@ -46,6 +46,7 @@ class RowMaker {
   BlockRow operator()(const markdown::Table& block) const {
     BlockRow row{.kind = "table"};
     std::vector<QString> titles;
+    titles.reserve(block.header.size());
     for (const std::string& cell : block.header) titles.push_back(styledText(cell, m_look).plain);
     row.html = QStringLiteral("<table cellspacing=\"0\">");
     addCells(row, block.header, nullptr);

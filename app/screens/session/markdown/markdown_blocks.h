@@ -57,11 +57,11 @@ class MarkdownBlocks : public lists::RecordListModel<BlockRow>, public QQmlParse
 
   [[nodiscard]] QString source() const { return m_source; }
   void setSource(const QString& source);
-  [[nodiscard]] QColor linkColor() const { return QColor(m_look.linkColor); }
+  [[nodiscard]] QColor linkColor() const { return QColor::fromString(m_look.linkColor); }
   void setLinkColor(const QColor& color) { set(m_look.linkColor, color.name()); }
-  [[nodiscard]] QColor codeBackground() const { return QColor(m_look.codeBackground); }
+  [[nodiscard]] QColor codeBackground() const { return QColor::fromString(m_look.codeBackground); }
   void setCodeBackground(const QColor& color) { set(m_look.codeBackground, color.name()); }
-  [[nodiscard]] QColor hairline() const { return QColor(m_look.hairline); }
+  [[nodiscard]] QColor hairline() const { return QColor::fromString(m_look.hairline); }
   void setHairline(const QColor& color) { set(m_look.hairline, color.name()); }
   [[nodiscard]] QString codeFamily() const { return m_look.codeFamily; }
   void setCodeFamily(const QString& family) { set(m_look.codeFamily, family); }
