@@ -90,7 +90,7 @@ void SessionsViewState::openNeighbour(int distance) {
 void SessionsViewState::openNextNeedingInput() {
   const auto& sessions = m_model.sessions();
   const auto count = sessions.size();
-  const auto first = static_cast<std::size_t>(openRow() + 1);
+  const auto first = static_cast<std::size_t>(openRow()) + 1;  // 0 for none: that row is -1
   for (std::size_t step = 0; step < count; ++step) {
     const auto& session = sessions[(first + step) % count];
     if (session.state != wire::CodexTurnState::NeedsInput) continue;
@@ -101,7 +101,7 @@ void SessionsViewState::openNextNeedingInput() {
 
 void SessionsViewState::updateRows() {
   const auto* const savedSessions = m_surroundings.savedSessions();
-  m_saved = savedSessions && !savedSessions->empty();
+  m_saved = savedSessions != nullptr && !savedSessions->empty();
   const auto& sessions = m_saved ? *savedSessions : m_model.sessions();
   m_seen.listed(sessions);
   if (const auto* const shown = m_model.session(m_openId)) m_seen.see(*shown);

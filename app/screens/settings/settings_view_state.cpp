@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <utility>
 
 #include "app/client/api_client.h"
 #include "app/model/app_model.h"
@@ -40,9 +41,9 @@ QString hostOf(std::string_view authority) {
 
 }  // namespace
 
-SettingsViewState::SettingsViewState(model::AppModel& model, AppSettings& settings,
-                                     const ScreenSurroundings& surroundings, QObject* parent)
-    : QObject(parent), m_model(model), m_settings(settings), m_surroundings(surroundings) {
+SettingsViewState::SettingsViewState(model::AppModel& model, AppSettings& settings, ScreenSurroundings surroundings,
+                                     QObject* parent)
+    : QObject(parent), m_model(model), m_settings(settings), m_surroundings(std::move(surroundings)) {
   connect(&model, &model::AppModel::credentialsChanged, this, &SettingsViewState::changed);
   connect(&model, &model::AppModel::connectedChanged, this, &SettingsViewState::changed);
   connect(&model, &model::AppModel::lastContactChanged, this, &SettingsViewState::changed);

@@ -38,7 +38,7 @@ class SettingsViewState : public QObject {
   Q_PROPERTY(int language READ language WRITE setLanguage NOTIFY changed)
 
  public:
-  SettingsViewState(model::AppModel& model, AppSettings& settings, const ScreenSurroundings& surroundings,
+  SettingsViewState(model::AppModel& model, AppSettings& settings, ScreenSurroundings surroundings,
                     QObject* parent = nullptr);
 
   [[nodiscard]] QString host() const;

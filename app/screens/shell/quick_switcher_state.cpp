@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/screens/shell/quick_switcher_state.h"
 
+#include <algorithm>
+#include <array>
 #include <boost/describe/class.hpp>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -30,11 +33,10 @@ SwitcherRow makeRow(const wire::SessionSummary& session) {
 }
 
 bool matches(const wire::SessionSummary& session, const QString& text) {
-  for (const auto& part :
-       {session.project, session.name.value_or(std::string()), session.cwd.value_or(std::string())}) {
-    if (QString::fromStdString(part).contains(text, Qt::CaseInsensitive)) return true;
-  }
-  return false;
+  const std::array parts{session.project, session.name.value_or(std::string()), session.cwd.value_or(std::string())};
+  return std::ranges::any_of(parts, [&text](const std::string& part) {
+    return QString::fromStdString(part).contains(text, Qt::CaseInsensitive);
+  });
 }
 
 }  // namespace

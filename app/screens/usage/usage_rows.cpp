@@ -113,6 +113,7 @@ std::vector<UsageFigure> makeUsageMetrics(const wire::UsageSummary& summary) {
 
 std::vector<UsageFigure> makeUsageBreakdown(const wire::ThreadUsageSummary& thread) {
   std::vector<UsageFigure> figures;
+  figures.reserve(thread.groups.size());
   for (const auto& group : thread.groups) {
     figures.push_back({.key = QString::fromStdString(group.identity()),
                        .title = group.model ? QString::fromStdString(*group.model) : Words::tr("Model"),
