@@ -23,6 +23,7 @@ double followedOn(Edge edge, double distance) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-function-size): QML hands over plain values
 Swipe::Outcome Swipe::outcome(double offset, double width, double leading, double trailing, bool leadingFull,
                               bool trailingFull) {
   const bool toTheRight = offset > 0;
