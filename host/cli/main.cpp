@@ -13,11 +13,6 @@
 
 namespace varnel::cli {
 
-int fail(const std::string& sentence) {
-  std::cerr << "varnel: " << service::printable(sentence) << '\n' << std::flush;
-  return 1;
-}
-
 namespace {
 
 constexpr int kWrongUsage = 2;

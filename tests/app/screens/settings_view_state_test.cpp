@@ -8,7 +8,6 @@
 namespace varnel::screens {
 namespace {
 
-using model::spinUntil;
 namespace answers = model::answers;
 
 class Settings : public model::ModelTest {
