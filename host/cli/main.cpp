@@ -5,10 +5,8 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <iostream>
 
 #include "host/cli/commands.h"
-#include "host/service/log.h"
 #include "host/store/state_directory.h"
 
 namespace varnel::cli {
