@@ -27,7 +27,6 @@ namespace {
 namespace asio = boost::asio;
 namespace websocket = boost::beast::websocket;
 using namespace std::chrono_literals;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using Object = JSONValue::Object;
